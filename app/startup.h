@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QPixmap>
+#include <QSplashScreen>
+#include <QUrl>
+
+class QQmlApplicationEngine;
+class UiData;
+class mainBackEnd;
+
+// Steps of the start that the entry function takes in turn; main thread.
+namespace ork2 {
+
+inline constexpr qint64 kSplashMs = 1000;
+
+// Shows the loading percentage on the splash screen until kSplashMs have passed. Keeps one core
+// busy: the percentage advances as fast as the machine repaints.
+void countUp(QSplashScreen &splash, QPixmap &pixmap);
+
+// Where documents find modules that the toolkit's version does not bring.
+void addImportPaths(QQmlApplicationEngine &engine);
+
+// From the controller to the two layers' chart data and back.
+void connectCharts(mainBackEnd &backEnd, UiData &firstLayer, UiData &secondLayer);
+
+// Ends the event loop with -1 when the document at this address cannot be loaded.
+void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, const QUrl &document);
+
+} // namespace ork2

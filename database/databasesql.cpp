@@ -1,0 +1,179 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "databasesql.h"
+
+#include "odbcdriveralias.h"
+#include "settingskeys.h"
+
+#include <QDebug>
+#include <QSqlQuery>
+#include <QSqlResult>
+#include <QTextStream>
+#include <QThread>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+#endif
+#include <sql.h>
+#include <sqlext.h>
+
+namespace {
+
+// The row's elements in their order; the station between them comes from the settings store.
+enum Element { Date, Time, Device, Voltage, Temperature, Radiation, UvIndex };
+
+const QString kTemplate = QStringLiteral(
+    "INSERT [UVIndex].[dbo].[UVI] ([Date], [Time], [Station], [Dev_id], [Voltage], [Temperature], "
+    "[Radiation], [UVIndex]) VALUES ('%1', '%2', %3, %4, %5, %6, %7, %8)");
+const QString kConnection =
+    QStringLiteral("DRIVER={ODBC Driver 17 for SQL Server}; DATABASE=UVIndex; SERVER=");
+
+QString threeDecimals(const QVariant &value)
+{
+    return QString::number(static_cast<double>(value.toFloat()), 'f', 3);
+}
+
+// The toolkit has no option for it, and it holds for one statement: set it after each prepare().
+void boundWaiting(const QSqlQuery &query)
+{
+    const QVariant handle = query.result()->handle();
+    if (handle.metaType() == QMetaType::fromType<SQLHANDLE>()) {
+        const auto seconds = static_cast<quintptr>(ork2::kInsertTimeoutSeconds);
+        // The interface takes numbers in the place of a pointer.
+        auto *value = reinterpret_cast<SQLPOINTER>(seconds); // NOLINT(performance-no-int-to-ptr)
+        SQLSetStmtAttr(handle.value<SQLHANDLE>(), SQL_ATTR_QUERY_TIMEOUT, value, SQL_IS_UINTEGER);
+    }
+}
+
+template <typename Value> void logArgument(const Value &value)
+{
+    qDebug() << "It's work!!! The num is" << value;
+}
+
+} // namespace
+
+databasesql::databasesql(QObject *parent)
+    : QObject(parent)
+{ }
+
+void databasesql::setRowValues(const QVariantList &row)
+{
+    const QMutexLocker lock(&m_rowLock);
+    m_rowValues = row;
+}
+
+void databasesql::makeSqlStr(QList<QVariant> row)
+{
+    setRowValues(row);
+}
+
+void databasesql::serverSend()
+{
+    if (connectToServer()) {
+        inserIntoTable(m_rowValues);
+        closeConnection();
+    } else {
+        closeConnection();
+        Q_EMIT logSQLData(QStringLiteral("SQL connection failed!"));
+    }
+    Q_EMIT finished();
+}
+
+void databasesql::ServerSettings(QString serv_addr, int portNum, QString userName, QString userPass)
+{
+    if (!serv_addr.isEmpty()) {
+        logArgument(serv_addr);
+        m_host = serv_addr;
+    }
+    if (portNum != 0) {
+        logArgument(portNum);
+        m_port = portNum;
+    }
+    if (!userName.isEmpty()) {
+        logArgument(userName);
+        m_userName = userName;
+    }
+    if (!userPass.isEmpty()) {
+        logArgument(userPass);
+        m_userPass = userPass;
+    }
+    if (connectToServer()) {
+        Q_EMIT logSQLData(QStringLiteral("SQL bind"));
+        closeConnection();
+    }
+}
+
+bool databasesql::connectToServer()
+{
+    const QSettings store = ork2::settingsStore();
+    m_host = ork2::storedText(store, ork2::kServerHost);
+    m_port = ork2::storedText(store, ork2::kServerPort).toInt();
+    m_userName = ork2::storedText(store, ork2::kServerUser);
+    m_userPass = ork2::storedText(store, ork2::kServerPassword);
+
+    m_db = QSqlDatabase::addDatabase(ork2::kOdbcDriverName);
+    m_db.setHostName(m_host);
+    m_db.setPort(m_port);
+    m_db.setDatabaseName(kConnection + m_host);
+    m_db.setUserName(m_userName);
+    m_db.setPassword(m_userPass);
+    m_db.setConnectOptions(
+        QStringLiteral("SQL_ATTR_LOGIN_TIMEOUT=%1").arg(ork2::kLoginTimeoutSeconds));
+    qDebug() << QSqlDatabase::drivers();
+    if (!m_db.open()) {
+        qDebug() << "Connection failed";
+        m_db.close();
+        return false;
+    }
+    qDebug() << "Connection is ok";
+    return true;
+}
+
+bool databasesql::inserIntoTable(QList<QVariant> data)
+{
+    m_station = u'\'' + ork2::storedText(ork2::kServerStation) + u'\'';
+    QSqlQuery query(m_db);
+    query.prepare(statement(data));
+    boundWaiting(query);
+    m_lastQuery = query.executedQuery();
+    qDebug() << "SQL bind" << m_lastQuery;
+    QTextStream(stdout) << m_lastQuery << Qt::endl;
+    const bool inserted = query.exec();
+    if (inserted) {
+        Q_EMIT logSQLData(m_lastQuery);
+    } else {
+        qDebug() << "error insert into"
+                 << "[UVIndex].[dbo].[UVI]";
+        Q_EMIT logSQLData(QStringLiteral("SQL data failed!"));
+    }
+    return inserted;
+}
+
+QString databasesql::statement(const QVariantList &row) const
+{
+    // All at once, so that a percent sign in a value is not taken for a place of its own.
+    return kTemplate.arg(row.value(Date).toString(),
+        row.value(Time).toString() + QStringLiteral(".000"), m_station,
+        QString::number(row.value(Device).toInt()), threeDecimals(row.value(Voltage)),
+        threeDecimals(row.value(Temperature)), threeDecimals(row.value(Radiation)),
+        threeDecimals(row.value(UvIndex)));
+}
+
+void databasesql::closeConnection()
+{
+    m_db.close();
+    // Asking for the name opens the connection once more where it can be opened; the removal, with
+    // m_db still referring to it, ends that one too, and the toolkit warns about it.
+    const QString name = QSqlDatabase::database().connectionName();
+    qDebug() << "BeforeDelete" << name;
+    QSqlDatabase::removeDatabase(name);
+    qDebug() << "AfterDelete" << QSqlDatabase::connectionNames();
+    qDebug() << "SQL closed";
+}
+
+void databasesql::process()
+{
+    qDebug() << "Go to sleep sqlThread...";
+    QThread::msleep(ork2::kPauseMs);
+    qDebug() << "Wake up sqlThread!!!";
+    Q_EMIT finished();
+}

@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Effects
+
+Window {
+    id: controlPanel
+
+    property bool boolConn: false
+    property bool boolData: false
+    property bool boolServ: false
+    property string calendarText: ""
+    property var givenTime: null // what the clocks show; the present while it is null
+    property bool res: false // declared, never read
+
+    signal connectionButton
+    signal exitCP // nothing here emits it
+    signal openDataFolderButton
+
+    component PanelButton: MyButton {
+        anchors.top: parent.top
+        anchors.topMargin: 25
+        font.pointSize: 11
+        height: 100
+        layer.effect: SoftShadow {
+        }
+        layer.enabled: true
+        width: 150
+    }
+
+    component Lamp: Rectangle {
+        anchors.top: parent.top
+        anchors.topMargin: 160
+        border.color: "#4f4f4f"
+        border.width: 1
+        color: "#6f6f6f"
+        height: 40
+        radius: 20
+        visible: false
+        width: 40
+    }
+
+    // Once a lamp has been lit, its effect keeps blur and brightness: only the colour goes out again.
+    component LampEffect: SoftShadow {
+        id: effect
+
+        property bool lit: false
+        required property string name
+        readonly property ColorAnimation fade: ColorAnimation {
+            duration: 500
+            property: "color"
+            target: effect.source
+        }
+
+        function show(on) {
+            lit = on;
+            fade.to = on ? "#44ea44" : "#6f6f6f";
+            fade.restart();
+            if (on) {
+                shadowEnabled = true;
+                blurEnabled = true;
+                brightness = 0.3;
+            }
+        }
+
+        Accessible.description: lit ? "горит" : "не горит"
+        Accessible.name: name
+        Accessible.role: Accessible.Indicator
+        anchors.fill: source
+        blur: 0.5
+        blurEnabled: false
+        blurMax: 30
+        brightness: 0
+        saturation: 0.2
+    }
+
+    color: "#efefef"
+    height: 620
+    maximumHeight: 620
+    maximumWidth: 640
+    minimumHeight: 620
+    minimumWidth: 640
+    title: "Панель управления"
+    width: 640
+
+    FontLoader {
+        id: fontPalatino
+
+        source: "qrc:/settings/Fonts/Palantino/pala.ttf"
+    }
+
+    Connections {
+        function onConnectionLED(res) {
+            controlPanel.boolConn = res;
+            orkConnectionEffect.show(res);
+        }
+
+        function onDataLED(res) {
+            controlPanel.boolData = res;
+            orkDataEffect.show(res);
+        }
+
+        function onServerLED(res) {
+            controlPanel.boolServ = res;
+            orkServerEffect.show(res);
+        }
+
+        target: mainBackEnd
+    }
+
+    RedFrame {
+        focus: true
+        lowerColor: "#e82222"
+
+        Keys.onEscapePressed: controlPanel.close()
+
+        PanelButton {
+            id: serverButton
+
+            anchors.left: parent.left
+            anchors.leftMargin: 35
+            objectName: "serverButton"
+            text: "Настройки\n подключения\n к прибору"
+
+            onClicked: controlPanel.connectionButton()
+        }
+
+        PanelButton {
+            id: portButton
+
+            anchors.left: parent.left
+            anchors.leftMargin: 237
+            enabled: false
+            objectName: "portButton"
+            text: "Настройки\n подключения\n к серверу"
+        }
+
+        PanelButton {
+            id: dataButton
+
+            anchors.right: parent.right
+            anchors.rightMargin: 35
+            objectName: "dataButton"
+            text: "Открыть\n архив\n данных"
+
+            onClicked: controlPanel.openDataFolderButton()
+        }
+
+        Lamp {
+            id: orkConnectionLED
+
+            anchors.left: parent.left
+            anchors.leftMargin: 90
+            objectName: "orkConnectionLED"
+        }
+
+        LampEffect {
+            id: orkConnectionEffect
+
+            name: "Связь с прибором"
+            objectName: "orkConnectionEffect"
+            source: orkConnectionLED
+        }
+
+        Lamp {
+            id: orkServerLED
+
+            anchors.left: parent.left
+            anchors.leftMargin: 295
+            objectName: "orkServerLED"
+        }
+
+        LampEffect {
+            id: orkServerEffect
+
+            name: "Связь с сервером"
+            objectName: "orkServerEffect"
+            source: orkServerLED
+        }
+
+        Lamp {
+            id: orkDataLED
+
+            anchors.right: parent.right
+            anchors.rightMargin: 90
+            objectName: "orkDataLED"
+        }
+
+        LampEffect {
+            id: orkDataEffect
+
+            name: "Запись данных"
+            objectName: "orkDataEffect"
+            source: orkDataLED
+        }
+
+        Loader {
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 100
+            anchors.left: parent.left
+            anchors.leftMargin: 20
+            anchors.right: parent.right
+            anchors.rightMargin: 20
+            anchors.top: parent.top
+            anchors.topMargin: 220
+            objectName: "clockArea"
+            source: "clocks/clocks.qml"
+        }
+
+        Text {
+            Accessible.name: text
+            Accessible.role: Accessible.StaticText
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 40
+            anchors.horizontalCenter: parent.horizontalCenter
+            color: "#fafafa"
+            font.bold: false
+            font.capitalization: Font.Capitalize
+            font.family: fontPalatino.font.family
+            font.pixelSize: 30
+            layer.effect: MultiEffect {
+                shadowBlur: 0.8
+                shadowEnabled: true
+            }
+            layer.enabled: true
+            objectName: "calendar"
+            style: Text.Raised
+            styleColor: "black"
+            text: controlPanel.calendarText
+        }
+    }
+}

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// The one button in the lower right corner of a frame; text and size may be set by the window.
+MyButton {
+    id: button
+
+    anchors.bottom: parent.bottom
+    anchors.bottomMargin: 8
+    anchors.right: parent.right
+    anchors.rightMargin: 12
+    height: 21
+    text: "Выход"
+    width: 95
+    z: 1
+
+    // Beside the button, not as its layer: at broken scales a layer of this size cuts the border.
+    SoftShadow {
+        anchors.fill: button
+        parent: button.parent
+        source: button
+        visible: button.visible
+    }
+}

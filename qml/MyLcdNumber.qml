@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Effects
+
+// Digital read-out with a caption above its box; the digits pulse when the value changes.
+Item {
+    id: lcd
+
+    property int foo1: 0
+    property int foo2: 0
+    property string itemColor: "white"
+    property string lcdData: "----"
+    property string lcdText: "Параметр"
+
+    Accessible.name: lcdText + ": " + lcdData
+    Accessible.role: Accessible.StaticText
+    height: 60
+    width: 150
+
+    Behavior on foo1 {
+        FadeAnimation {
+            target: value
+        }
+    }
+    Behavior on foo2 {
+        FadeAnimation {
+            target: valueShadow
+        }
+    }
+
+    onLcdDataChanged: {
+        foo1++;
+        foo2++;
+    }
+
+    FontLoader {
+        id: fontDigital
+
+        source: "qrc:/settings/Fonts/DS-Digital/DS-DIGI.TTF"
+    }
+
+    // Loaded as everywhere in the program, though nothing here is drawn in it.
+    FontLoader {
+        id: fontGost
+
+        source: "qrc:/settings/Fonts/GOST/GOST_B.TTF"
+    }
+
+    Rectangle {
+        id: box
+
+        anchors.fill: parent
+        color: lcd.itemColor
+        radius: 5
+    }
+
+    MultiEffect {
+        anchors.fill: box
+        shadowBlur: 0.3
+        shadowColor: "#eeeeee"
+        shadowEnabled: true
+        shadowHorizontalOffset: 1
+        shadowVerticalOffset: 1
+        source: box
+    }
+
+    Text {
+        id: value
+
+        anchors.centerIn: box
+        color: "black"
+        font.family: fontDigital.font.family
+        font.pixelSize: 50
+        text: lcd.lcdData
+    }
+
+    Text {
+        id: caption
+
+        anchors.horizontalCenter: box.horizontalCenter
+        anchors.top: box.top
+        anchors.topMargin: -35
+        color: "black"
+        font.pixelSize: 18
+        text: lcd.lcdText
+    }
+
+    MultiEffect {
+        id: valueShadow
+
+        anchors.fill: value
+        shadowBlur: 0.1
+        shadowColor: "#eeeeee"
+        shadowEnabled: true
+        shadowHorizontalOffset: 1
+        shadowVerticalOffset: 1
+        source: value
+    }
+}

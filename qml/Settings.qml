@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// The root's id hides the context property of the same name: the main document makes all calls.
+Window {
+    id: settings
+
+    property string currentPortNum: "----"
+    property string dataCpp: "----"
+    property string dataFile: "----"
+    property string portNum: "----"
+    property bool wasActive: false
+
+    signal exitSettings
+    signal readFile
+    signal setComNum
+
+    function followActivity() {
+        if (active === wasActive)
+            return;
+        wasActive = active;
+        readFile();
+    }
+
+    color: "#efefef"
+    height: 420
+    modality: Qt.WindowModal
+    title: "Параметры"
+    width: 480
+
+    onActiveChanged: followActivity()
+    onCurrentPortNumChanged: portBox.updateShownText()
+    // The list only grows: a port seen again is entered again, and that is meant.
+    onDataCppChanged: portModel.append({
+        "textInput": dataCpp
+    })
+    // A window that is closed ceases to be active without a signal of it.
+    onVisibleChanged: followActivity()
+
+    FontLoader {
+        source: "qrc:/settings/Fonts/GOST/GOST_B.TTF"
+    }
+
+    FontLoader {
+        id: fontPalatino
+
+        source: "qrc:/settings/Fonts/Palantino/pala.ttf"
+    }
+
+    ListModel {
+        id: portModel
+    }
+
+    RedFrame {
+        focus: true
+
+        Keys.onEscapePressed: settings.close()
+
+        Item {
+            id: fileBox
+
+            anchors.horizontalCenter: parent.horizontalCenter
+            anchors.top: parent.top
+            anchors.topMargin: 10
+            height: fileText.height
+            width: Math.ceil(fileText.width)
+
+            Text {
+                id: fileText
+
+                Accessible.name: "Файл настроек: " + text
+                Accessible.role: Accessible.StaticText
+                font.family: fontPalatino.font.family
+                font.pointSize: 14
+                objectName: "fileText"
+                text: qsTr(settings.dataFile)
+            }
+        }
+
+        Text {
+            id: portLabel
+
+            anchors.right: portBox.left
+            anchors.verticalCenter: portBox.verticalCenter
+            font.family: fontPalatino.font.family
+            font.pointSize: 14
+            objectName: "portLabel"
+            text: "Port:  "
+        }
+
+        ComboBox {
+            id: portBox
+
+            // Set by hand, since each change may in turn change what it is made of.
+            property string shownText: "----"
+
+            // While nothing has been chosen, the box agrees with the port in use.
+            function chosenText() {
+                return currentText !== "" ? currentText : settings.currentPortNum;
+            }
+
+            function updateShownText() {
+                const text = popup.visible ? chosenText() : settings.currentPortNum;
+                if (text === shownText)
+                    return;
+                shownText = text;
+                if (settings.currentPortNum !== chosenText()) {
+                    settings.portNum = chosenText();
+                    settings.currentPortNum = settings.portNum;
+                } else {
+                    settings.portNum = settings.currentPortNum;
+                }
+                settings.setComNum();
+            }
+
+            Accessible.name: "Порт"
+            anchors.left: parent.left
+            // At the file text's left edge, unless that leaves no room for the label.
+            anchors.leftMargin: Math.max(fileBox.x, portLabel.width + 6)
+            anchors.top: fileBox.bottom
+            anchors.topMargin: 20
+            displayText: chosenText()
+            font.family: fontPalatino.font.family
+            font.pointSize: 14
+            model: portModel
+            objectName: "portBox"
+            textRole: "textInput"
+
+            background: Rectangle {
+                border.color: portBox.pressed ? "#5E5F60" : "black"
+                border.width: portBox.visualFocus ? 2 : 1
+                color: portBox.hovered ? "#5E5F60" : "transparent"
+                implicitHeight: 40
+                implicitWidth: 120
+                radius: 4
+            }
+            contentItem: Text {
+                color: portBox.hovered ? "white" : "black"
+                elide: Text.ElideRight
+                font: portBox.font
+                leftPadding: 8
+                objectName: "portText"
+                rightPadding: 4 + portBox.indicator.width
+                text: portBox.shownText
+                verticalAlignment: Text.AlignVCenter
+            }
+            delegate: ItemDelegate {
+                id: row
+
+                required property string textInput
+
+                highlighted: ListView.isCurrentItem
+                verticalPadding: 5
+                width: ListView.view.width
+
+                background: Rectangle {
+                    border.color: "#5E5F60"
+                    border.width: row.highlighted ? 1 : 0
+                    color: row.hovered ? "#5E5F60" : "transparent"
+                }
+                contentItem: Text {
+                    color: row.hovered ? "white" : "black"
+                    elide: Text.ElideRight
+                    font: row.font
+                    text: row.textInput
+                    verticalAlignment: Text.AlignVCenter
+                }
+            }
+            indicator: Canvas {
+                readonly property string fill: portBox.hovered ? "#fafafa"
+                                                               : portBox.pressed ? "black" : "#5E5F60"
+
+                height: 8
+                objectName: "portArrow"
+                width: 12
+                x: portBox.width - width - portBox.rightPadding
+                y: portBox.topPadding + (portBox.availableHeight - height) / 2
+
+                onFillChanged: requestPaint()
+                onPaint: {
+                    const context = getContext("2d");
+                    context.reset();
+                    context.moveTo(0, 0);
+                    context.lineTo(width, 0);
+                    context.lineTo(width / 2, height);
+                    context.closePath();
+                    context.fillStyle = fill;
+                    context.fill();
+                }
+            }
+            popup: Popup {
+                font: portBox.font
+                implicitHeight: Math.min(160, contentItem.implicitHeight + topPadding + bottomPadding)
+                padding: 1
+                width: portBox.width
+                y: portBox.height - 1
+
+                onVisibleChanged: portBox.updateShownText()
+
+                background: Rectangle {
+                    border.color: "#5E5F60"
+                    color: "transparent"
+                    radius: 4
+                }
+                contentItem: ListView {
+                    clip: true
+                    currentIndex: portBox.highlightedIndex
+                    implicitHeight: contentHeight
+                    model: portBox.popup.visible ? portBox.delegateModel : null
+
+                    ScrollIndicator.vertical: ScrollIndicator {
+                    }
+                }
+            }
+
+            Keys.onDownPressed: event => {
+                if (popup.visible)
+                    event.accepted = false;
+                else
+                    popup.open();
+            }
+            Keys.onUpPressed: event => {
+                if (popup.visible)
+                    event.accepted = false;
+                else
+                    popup.open();
+            }
+            onAccepted: settings.currentPortNum = settings.portNum
+            onDisplayTextChanged: updateShownText()
+        }
+
+        FrameExitButton {
+            objectName: "exitButton"
+
+            onClicked: settings.exitSettings()
+        }
+    }
+}

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// Frame for the database's settings: has no fields yet and nothing shows it, which is meant.
+Window {
+    id: sqlSettings
+
+    signal exitSqlSettings
+
+    color: "#efefef"
+    height: 420
+    modality: Qt.WindowModal
+    title: "Параметры SQL сервера"
+    width: 480
+
+    onActiveChanged: {}
+
+    FontLoader {
+        source: "qrc:/settings/Fonts/GOST/GOST_B.TTF"
+    }
+
+    FontLoader {
+        source: "qrc:/settings/Fonts/Palantino/pala.ttf"
+    }
+
+    RedFrame {
+        focus: true
+
+        Keys.onEscapePressed: sqlSettings.close()
+
+        FrameExitButton {
+            objectName: "exitButton"
+
+            onClicked: sqlSettings.exitSqlSettings()
+        }
+    }
+}

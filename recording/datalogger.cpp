@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "datalogger.h"
+
+#include "databasesql.h"
+#include "settingskeys.h"
+#include "sharedvalues.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QThread>
+
+namespace {
+
+const QString kMainChannelName = QStringLiteral("Основной");
+const QString kReserveChannelName = QStringLiteral("Резерв");
+const QString kNoValue = QStringLiteral("5000");
+const QString kDashes = QStringLiteral("----");
+const QString kFileSuffix = QStringLiteral(".txt");
+const QString kLineBreak = QStringLiteral("\r\n");
+constexpr int kShortDateLength = 6;
+
+std::array<double, 3> triple(double value)
+{
+    return {value, value, value};
+}
+
+} // namespace
+
+datalogger::datalogger(QObject *parent)
+    : QObject(parent)
+    , m_unitNumber(ork2::storedText(ork2::kUnitNumber).toInt())
+    , m_channelName(kMainChannelName)
+{
+    // A value below anything that a sensor can send tells "never received", and whose.
+    double neverReceived = -5005.0;
+    for (SensorBlock &sensor : m_sensors) {
+        sensor = {
+            triple(neverReceived), triple(neverReceived), triple(neverReceived), neverReceived};
+        neverReceived -= 1.0;
+    }
+}
+
+datalogger::SensorBlock *datalogger::block(int address)
+{
+    const bool known = address >= 1 && address <= kWindSensors;
+    return known ? &m_sensors.at(static_cast<std::size_t>(address - 1)) : nullptr;
+}
+
+void datalogger::DataWindSpeedRecieved(int address, double d1, double d2, double d3)
+{
+    if (SensorBlock *sensor = block(address)) {
+        sensor->speed = {d1, d2, d3};
+    }
+}
+
+void datalogger::DataDirSpeedRecieved(int address, double d1, double d2, double d3)
+{
+    if (SensorBlock *sensor = block(address)) {
+        sensor->direction = {d1, d2, d3};
+    }
+}
+
+void datalogger::DataExtSpeedRecieved(int address, double d1, double d2, double d3)
+{
+    if (SensorBlock *sensor = block(address)) {
+        sensor->critical = {d1, d2, d3};
+    }
+}
+
+void datalogger::DataTempRecieved(int address, double temperature)
+{
+    if (SensorBlock *sensor = block(address - kTemperatureAddressShift)) {
+        sensor->temperature = temperature;
+    }
+}
+
+void datalogger::DataCloudRecieved(QString fCLayer, QString sCLayer)
+{
+    m_firstLayer = fCLayer;
+    m_secondLayer = sCLayer;
+}
+
+void datalogger::DataCloudChanel(QString cChanel)
+{
+    m_channelName = cChanel == u"0" ? kMainChannelName : kReserveChannelName;
+}
+
+void datalogger::DateTimeRecieve(QString date, QString time)
+{
+    m_date = date;
+    m_time = time;
+    SendStringToFile();
+}
+
+void datalogger::sqlChkBox(bool chk)
+{
+    m_upload = chk;
+}
+
+void datalogger::dbLog(QString log)
+{
+    Q_EMIT debugLog(log);
+}
+
+void datalogger::SendStringToFile()
+{
+    lookForHeaderTemplate();
+    const QString folder = folderPath();
+    const QString path = folder + m_fileNamePrefix + fileDate() + m_fileNameSuffix + kFileSuffix;
+    if (m_unitNumber != 0 && !QDir(folder).exists()) {
+        QDir().mkpath(folder); // a failure shows when the file is opened
+    }
+    for (QString *layer : {&m_firstLayer, &m_secondLayer}) {
+        if (*layer == kNoValue) {
+            *layer = kDashes;
+        }
+    }
+    Q_EMIT dataLedStatus(writeRecord(path));
+    if (m_upload) {
+        upload(arrayToQVList(record()));
+    }
+}
+
+void datalogger::lookForHeaderTemplate()
+{
+    QFile file(QCoreApplication::applicationDirPath() + QStringLiteral("/Data/Header.txt"));
+    if (!file.exists()) {
+        qDebug() << "File not existed";
+    } else if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        qDebug() << "File wasn't open";
+    } // its text would be used for nothing, so it is not read
+}
+
+QString datalogger::fileDate() const
+{
+    QString date = m_date;
+    if (m_dateForm == DateForm::Dots) {
+        return date.replace(u'/', u'.');
+    }
+    date.remove(u'/');
+    return m_dateForm == DateForm::Plain ? date : date.right(kShortDateLength);
+}
+
+QString datalogger::folderPath() const
+{
+    const QString namePath = ork2::storedText(ork2::kNamePath);
+    const bool ownFolder = namePath.startsWith(ork2::kOwnFolderMark);
+    const QString base = ownFolder ? QCoreApplication::applicationDirPath() : namePath;
+    return base + QStringLiteral("/Data/ORK-2 N%1/").arg(m_unitNumber);
+}
+
+QByteArray datalogger::header() const
+{
+    return QStringLiteral("Номер прибора: %1\r\n"
+                          "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\r\n")
+        .arg(m_unitNumber)
+        .toUtf8();
+}
+
+QByteArray datalogger::record() const
+{
+    const QStringList fields{m_time, m_firstLayer, m_secondLayer, m_channelName};
+    return (kLineBreak + fields.join(u'\t')).toUtf8();
+}
+
+bool datalogger::writeRecord(const QString &path)
+{
+    QFile file(path);
+    const bool newDay = m_unitNumber != 0 && !file.exists();
+    // Not in text mode: the bytes are the same on every system. Unbuffered: a failed write is known
+    // here, and nothing is left over to be tried again at the close.
+    const QIODevice::OpenMode mode = newDay ? QIODevice::WriteOnly : QIODevice::Append;
+    if (!file.open(mode | QIODevice::Unbuffered)) {
+        qDebug() << "File wasn't open";
+        return false;
+    }
+    const qint64 wholeLines = file.size();
+    const bool answering = noReplyCounter.loadRelaxed() < ork2::kReplyAgeLimit;
+    const QByteArray bytes =
+        (newDay ? header() : QByteArray()) + (answering ? record() : QByteArray());
+    if (file.write(bytes) != bytes.size()) {
+        // A full disk takes part of a line; take it back, so that the next mark finds whole lines.
+        qDebug() << "File wasn't written: " << file.errorString();
+        file.resize(wholeLines);
+        if (newDay) {
+            file.remove();
+        }
+        return false;
+    }
+    if (newDay) {
+        qDebug() << "New file was create with header";
+    }
+    return answering;
+}
+
+QVariantList datalogger::arrayToQVList(QByteArray data)
+{
+    if (data.startsWith("\r\n")) {
+        data.remove(0, 2);
+    }
+    QVariantList row{QString(m_date).replace(u'/', u'-')};
+    const QList<QByteArray> fields = data.split('\t');
+    for (const QByteArray &field : fields) {
+        row.append(field);
+    }
+    row.insert(2, m_unitNumber);
+    return row;
+}
+
+void datalogger::upload(const QVariantList &row)
+{
+    if (m_uploadThread == nullptr) {
+        startUpload(row);
+        return;
+    }
+    if (m_waitingRows.size() == ork2::kWaitingRowsLimit) {
+        const QVariantList oldest = m_waitingRows.takeFirst();
+        const QString text = QStringLiteral("Upload queue is full, dropped the row of %1 %2")
+                                 .arg(oldest.value(0).toString(), oldest.value(1).toString());
+        qDebug() << text;
+        dbLog(text);
+    }
+    m_waitingRows.append(row);
+    m_moreRows.wakeOne();
+}
+
+void datalogger::startUpload(const QVariantList &row)
+{
+    m_uploadThread = new QThread;
+    m_uploader = new databasesql;
+    m_uploader->moveToThread(m_uploadThread);
+    connect(m_uploadThread, SIGNAL(started()), m_uploader, SLOT(serverSend()));
+    connect(m_uploader, SIGNAL(finished()), m_uploadThread, SLOT(quit()));
+    connect(m_uploader, SIGNAL(finished()), m_uploader, SLOT(deleteLater()));
+    connect(m_uploadThread, SIGNAL(finished()), m_uploadThread, SLOT(deleteLater()));
+    connect(m_uploader, SIGNAL(logSQLData(QString)), this, SLOT(dbLog(QString)));
+    connect(m_uploadThread, &QThread::finished, this, &datalogger::uploadEnded);
+    m_uploader->setRowValues(row);
+    m_uploadThread->start(QThread::InheritPriority);
+}
+
+// The connection is gone by now, so the next upload cannot meet it.
+void datalogger::uploadEnded()
+{
+    m_uploadThread = nullptr;
+    m_uploader = nullptr;
+    if (!m_waitingRows.isEmpty()) {
+        startUpload(m_waitingRows.takeFirst());
+    }
+}

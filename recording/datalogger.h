@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QByteArray>
+#include <QList>
+#include <QMutex>
+#include <QObject>
+#include <QString>
+#include <QVariant>
+#include <QWaitCondition>
+
+#include <array>
+
+class QThread;
+class databasesql;
+
+namespace ork2 {
+// Seconds since the last frame from which on nothing is written.
+inline constexpr int kReplyAgeLimit = 6;
+inline constexpr qsizetype kWaitingRowsLimit = 60; // one hour of minutes
+}
+
+// Writes one line per time mark to the day's file of the instrument:
+// <base>/Data/ORK-2 N<unit>/<yyyy.MM.dd>.txt, UTF-8, a record being
+// CR LF time TAB first layer TAB second layer TAB channel; the line break comes first.
+// Main thread. A file that cannot be written is told by dataLedStatus(false); the next mark tries
+// anew.
+//
+// While the upload flag is set, each mark's row also goes to the database, written to the file or
+// not. One upload runs at a time, each with an object and a thread of its own, which delete
+// themselves; nothing here waits for them. A row that comes meanwhile waits in memory, and the
+// oldest one goes next. At kWaitingRowsLimit the oldest waiting row is dropped, and debugLog tells
+// which. Rows still waiting when the program ends are lost, and so is a row whose upload failed.
+class datalogger : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit datalogger(QObject *parent = nullptr);
+
+Q_SIGNALS:
+    void debugLog(QString log);
+    void sendSqlStr(QVariantList data); // declared, never emitted
+    void dataLedStatus(bool);           // true: a line was written, false: it was not
+
+public Q_SLOTS:
+    // Wind: address 1, 2 or 3; others are ignored, as are temperatures from others than 11, 12, 13.
+    void DataWindSpeedRecieved(int address, double d1, double d2, double d3);
+    void DataDirSpeedRecieved(int address, double d1, double d2, double d3);
+    void DataExtSpeedRecieved(int address, double d1, double d2, double d3);
+    void DataCloudRecieved(QString fCLayer, QString sCLayer);
+    void DataCloudChanel(QString cChanel);
+    void DataTempRecieved(int address, double temperature);
+    // date "yyyy/MM/dd", time "hh:mm:ss"; writes the line.
+    void DateTimeRecieve(QString date, QString time);
+    void sqlChkBox(bool chk); // the upload flag; false leaves waiting rows to be uploaded
+    void SendStringToFile();
+    void dbLog(QString log);
+    // The uploader's row for a written line: date with dashes, time, unit number, layers, channel.
+    QVariantList arrayToQVList(QByteArray data);
+
+private:
+    // Tests read the sensor values and the uploader's state.
+    friend class DataloggerProbe;
+
+    static constexpr int kWindSensors = 3;
+    static constexpr int kTemperatureAddressShift = 10;
+
+    // What one sensor last sent; kept, but not written to the file.
+    struct SensorBlock
+    {
+        std::array<double, 3> speed;
+        std::array<double, 3> direction;
+        std::array<double, 3> critical;
+        double temperature;
+    };
+    enum class DateForm { Dots = 0, Plain = 1, PlainLastSix = 2 };
+
+    [[nodiscard]] SensorBlock *block(int address);
+    [[nodiscard]] QString fileDate() const;
+    [[nodiscard]] QString folderPath() const;
+    [[nodiscard]] QByteArray header() const;
+    [[nodiscard]] QByteArray record() const;
+    [[nodiscard]] bool writeRecord(const QString &path);
+    static void lookForHeaderTemplate();
+    void upload(const QVariantList &row);
+    void startUpload(const QVariantList &row);
+    void uploadEnded();
+
+    std::array<SensorBlock, kWindSensors> m_sensors;
+    int m_unitNumber = 0;                 // read once; 0: no folder and no header are made
+    DateForm m_dateForm = DateForm::Dots; // nothing sets another
+    bool m_upload = false;
+    QWaitCondition m_moreRows; // woken for each row that has to wait; nothing waits on it
+    QMutex m_handOver;         // kept; the uploader's own mutex guards the row
+    QString m_date;            // as received, with slashes
+    QString m_time;
+    QString m_fileNamePrefix; // nothing sets the two
+    QString m_fileNameSuffix;
+    QString m_firstLayer;
+    QString m_secondLayer;
+    QString m_channelName;
+    QThread *m_uploadThread = nullptr; // of the upload that is running; both delete themselves
+    databasesql *m_uploader = nullptr;
+    QList<QVariantList> m_waitingRows; // oldest first
+};

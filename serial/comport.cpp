@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "comport.h"
+
+#include "crc16.h"
+#include "frames.h"
+#include "sharedvalues.h"
+
+#include <QDebug>
+#include <QSysInfo>
+#include <QThread>
+
+namespace {
+
+constexpr qsizetype kShortText = 12; // hexadecimal texts below this length are shown unprefixed
+constexpr qsizetype kBytePitch =
+    5; // "0x48 ": characters from one byte of the shown text to the next
+constexpr auto kPendingWritePauseMs = 300;
+constexpr qint64 kRequestLength = 8;
+
+// What a sensor's command loses before its CRC is appended, and the reply's length to expect.
+struct SensorCommand
+{
+    qsizetype removeAt;
+    qsizetype removeCount;
+    bool carriageReturn;
+    qint64 replyLength;
+};
+constexpr SensorCommand kWindCommand{5, 3, true, 15};
+constexpr SensorCommand kOtherCommand{6, 2, false, 9};
+
+// Name of the last port that the controller's search handed over; worker thread only.
+QString plugPlayPortName;
+
+void tellLinuxHint()
+{
+    if (QSysInfo::kernelType() == u"linux") {
+        qDebug() << "sudo usermod -aG dialout <Login>";
+    }
+}
+
+QString messageText(const QByteArray &frame)
+{
+    QString text = QString::fromLatin1(frame.toHex(' ').toUpper());
+    if (text.size() >= kShortText) {
+        for (qsizetype byte = 0; byte < ork2::kFrameLength; ++byte) {
+            text.insert(byte * kBytePitch, QLatin1String("0x"));
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+ComPort::ComPort(QObject *parent)
+    : QObject(parent)
+    , m_timer(new QTimer(this))
+{
+    // Bounded from the start: with two frames waiting at the first read event, an unbounded buffer
+    // would hold 22 bytes, never 11, and reading would never begin.
+    m_port.setReadBufferSize(ork2::kFrameLength);
+    connect(&m_port, SIGNAL(readyRead()), this, SLOT(RecComData()));
+    connect(this, SIGNAL(CallCom()), this, SLOT(RecComData()));
+    connect(this, SIGNAL(SendRes(QByteArray)), this, SLOT(ComPortRecieve(QByteArray)));
+    // Without this a pulled adapter would stay "open" and silent.
+    connect(&m_port, SIGNAL(errorOccurred(QSerialPort::SerialPortError)), this,
+        SLOT(handleError(QSerialPort::SerialPortError)));
+    noReplyCounter.storeRelaxed(0);
+}
+
+ComPort::~ComPort()
+{
+    qDebug() << "Bye-bye Com port thread!";
+    Q_EMIT finished_Port();
+}
+
+void ComPort::process_Port()
+{
+    qDebug() << "Com port in separate Thread!";
+}
+
+void ComPort::Write_Settings_Port(
+    QString name, int baudrate, int DataBits, int Parity, int StopBits, int FlowControl)
+{
+    m_settings = {name, baudrate, DataBits, Parity, StopBits, FlowControl};
+}
+
+void ComPort::ConnectPort()
+{
+    m_port.setPortName(m_settings.name);
+    if (!m_port.open(QIODevice::ReadWrite)) {
+        tellPortError();
+        return;
+    }
+    // What an earlier connection left behind, here or in the port, would put this one out of step.
+    m_buffer.clear();
+    m_port.clear();
+    m_misses = 0;
+    tellLinuxHint();
+    if (!configurePort()) {
+        tellPortError();
+    } else if (m_port.isOpen()) {
+        Q_EMIT error_(m_port.portName() + QStringLiteral(" >> Открыт!\r"));
+    }
+}
+
+bool ComPort::configurePort()
+{
+    return m_port.setBaudRate(m_settings.baudrate)
+        && m_port.setDataBits(static_cast<QSerialPort::DataBits>(m_settings.DataBits))
+        && m_port.setParity(static_cast<QSerialPort::Parity>(m_settings.Parity))
+        && m_port.setStopBits(static_cast<QSerialPort::StopBits>(m_settings.StopBits))
+        && m_port.setFlowControl(static_cast<QSerialPort::FlowControl>(m_settings.FlowControl));
+}
+
+void ComPort::tellPortError()
+{
+    const QString text = m_port.errorString(); // the close resets it
+    if (m_port.isOpen()) {
+        m_port.close();
+    }
+    Q_EMIT error_(QString::fromLocal8Bit(text.toLocal8Bit()));
+}
+
+void ComPort::DisconnectPort()
+{
+    if (m_port.isOpen()) {
+        m_port.close();
+        Q_EMIT error_(m_port.portName() + QStringLiteral(" >> Закрыт!\r"));
+    }
+}
+
+void ComPort::handleError(QSerialPort::SerialPortError error)
+{
+    if (error == QSerialPort::ResourceError && m_port.isOpen()) {
+        Q_EMIT error_(m_port.errorString());
+        DisconnectPort();
+    } else if (error == QSerialPort::ReadError && m_port.isOpen()) {
+        // A device that vanished reads as ended without end, under the name of whatever failed
+        // last. Asked for its signals, the port meets the real error and tells it as a
+        // ResourceError.
+        m_port.pinoutSignals();
+    }
+}
+
+void ComPort::ComPortSettings(int ComBaudRate, int ComParity, QString ComName)
+{
+    m_comBaudRate = ComBaudRate;
+    m_comParity = ComParity;
+    m_comName = ComName;
+    plugPlayPortName = ComName;
+    m_port.close();
+    m_port.setPortName(m_comName);
+    m_port.setBaudRate(m_comBaudRate);
+    m_port.setDataBits(QSerialPort::Data8);
+    m_port.setStopBits(QSerialPort::OneStop);
+    m_port.setParity(QSerialPort::NoParity); // whatever ComParity says, and that is meant
+    m_port.setFlowControl(QSerialPort::NoFlowControl);
+}
+
+bool ComPort::gathering() const
+{
+    // A full buffer that is no frame goes on gathering in spite of a carriage return in it: only so
+    // do more bytes push it over the frame's length and have it discarded.
+    const bool fullNonFrame =
+        m_buffer.size() == ork2::kFrameLength && !m_buffer.startsWith(ork2::kFrameStart);
+    return fullNonFrame || !m_buffer.contains(ork2::kCarriageReturn);
+}
+
+void ComPort::RecComData()
+{
+    m_port.setReadBufferSize(ork2::kFrameLength);
+    if (m_buffer.size() > ork2::kFrameLength) {
+        m_buffer.clear();
+        m_port.clear();
+    }
+    while (m_port.bytesAvailable() == ork2::kFrameLength && gathering()) {
+        while (m_port.peek(ork2::kFrameLength).size() != ork2::kFrameLength) { }
+        m_buffer += m_port.readAll();
+    }
+    if (m_buffer.size() == ork2::kFrameLength && m_buffer.startsWith(ork2::kFrameStart)) {
+        qDebug() << "ComSend" << m_buffer.toHex(' ');
+        Q_EMIT statusBarMsg(QStringLiteral("Получено сообщение: ") + messageText(m_buffer));
+        Q_EMIT SendRes(m_buffer);
+        Q_EMIT connectLED(true);
+        m_buffer.clear();
+        m_misses = 0;
+        noReplyCounter.storeRelaxed(0);
+    } else if (++m_misses >= ork2::kMissesUntilLinkLost) {
+        m_misses = 0;
+        Q_EMIT connectLED(false);
+    }
+}
+
+void ComPort::ComPortRecieve(QByteArray data)
+{
+    qDebug() << "Msg: " << data.toHex(' ');
+    Q_EMIT readyToShowClouds(data);
+}
+
+QByteArray ComPort::CRC16_ModBusRTU(QByteArray buf, ushort len)
+{
+    const quint16 crc =
+        ork2::crc16Modbus(QByteArrayView(buf).first(qMin<qsizetype>(len, buf.size())));
+    const auto swapped = static_cast<quint16>((crc >> 8U) | (crc << 8U));
+    return QByteArray::number(swapped, 16);
+}
+
+void ComPort::appendCrc(QByteArray &frame, qsizetype covered)
+{
+    // The value travels as text between the two slots, low byte of the CRC first.
+    const uint swapped = CRC16_ModBusRTU(frame, static_cast<ushort>(covered)).toUInt(nullptr, 16);
+    frame += static_cast<char>(swapped >> 8U);
+    frame += static_cast<char>(swapped & 0xFFU);
+}
+
+void ComPort::ComPortSend()
+{
+    QByteArray request;
+    request += ork2::kRequestStart;
+    request += '\0';
+    request += ork2::kRequestCommand;
+    request += m_heater ? '\1' : '\0';
+    request += '\0';
+    appendCrc(request, ork2::kRequestCrcInput);
+    request += ork2::kCarriageReturn;
+
+    m_port.open(QIODevice::ReadWrite); // also when it is open already; the result does not matter
+    tellLinuxHint();
+    if (m_port.clear()) {
+        m_port.write(request);
+        m_port.waitForBytesWritten(ork2::kWriteTimeoutMs);
+    }
+    if (m_buffer.isEmpty()) {
+        Q_EMIT BitConnect(false);
+    }
+    m_buffer.clear();
+    m_port.clear();
+    qDebug() << "ComSend" << request.toHex(' ');
+}
+
+void ComPort::HeatTempSet(int temp)
+{
+    m_heaterSetPoint = temp;
+}
+
+void ComPort::WriteToPort(QString sensor, QByteArray data)
+{
+    const SensorCommand &command = sensor == u"Wind" ? kWindCommand : kOtherCommand;
+    data.remove(command.removeAt, command.removeCount);
+    appendCrc(data, data.size());
+    if (command.carriageReturn) {
+        data += ork2::kCarriageReturn;
+    }
+    m_port.setReadBufferSize(command.replyLength);
+    if (m_port.isOpen()) {
+        m_port.write(data);
+        m_port.waitForBytesWritten(ork2::kWriteTimeoutMs);
+    }
+    qDebug() << "ComSend" << data.toHex(' ');
+    if (m_port.bytesToWrite() == kRequestLength) {
+        QThread::msleep(kPendingWritePauseMs);
+    }
+}
+
+void ComPort::ReadInPort()
+{
+    Q_EMIT outPort(QString::fromUtf8(m_port.readAll()));
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "receiver.h"
+
+#include "logcapture.h"
+
+#include <QMetaMethod>
+#include <QSignalSpy>
+#include <QTest>
+
+class tst_receiver : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void type_isKnown_onceRegistered();
+    void metaObject_members_standInTheirOrder();
+    void text_comesBack_andIsLogged();
+};
+
+void tst_receiver::type_isKnown_onceRegistered()
+{
+    QVERIFY(!QMetaType::fromName("Receiver*").isValid());
+    Receiver::registerType();
+    const QMetaType type = QMetaType::fromName("Receiver*");
+    QVERIFY(type.isValid());
+    QCOMPARE(type.metaObject(), &Receiver::staticMetaObject);
+}
+
+void tst_receiver::metaObject_members_standInTheirOrder()
+{
+    const QMetaObject &meta = Receiver::staticMetaObject;
+    QByteArrayList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        methods << meta.method(i).methodSignature();
+    }
+    QCOMPARE(
+        methods, QByteArrayList({"sendToQml(QString)", "ExitButt()", "receiveFromQml(QString)"}));
+    QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QByteArrayList{"count"});
+}
+
+void tst_receiver::text_comesBack_andIsLogged()
+{
+    Receiver receiver;
+    QSignalSpy texts(&receiver, &Receiver::sendToQml);
+    QSignalSpy exits(&receiver, &Receiver::ExitButt);
+    LogCapture log;
+    receiver.receiveFromQml(QStringLiteral("Привет"));
+    QCOMPARE(texts, (QList<QVariantList>{{QStringLiteral("Привет")}}));
+    QCOMPARE(exits.count(), 0);
+    QCOMPARE(log.lines(), QStringList{QStringLiteral("Получено в C ++ из QML: \"Привет\"")});
+}
+
+QTEST_APPLESS_MAIN(tst_receiver)
+#include "tst_receiver.moc"

@@ -1,0 +1,391 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The connections of the start-up and of the controller's constructor, row by row: the sender's
+// signal is emitted, and the receiver is seen to act.
+#include "startup.h"
+
+#include "logcapture.h"
+#include "mainbackendprobe.h"
+#include "profile.h"
+#include "sharedvalues.h"
+#include "uidata.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QQmlApplicationEngine>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace std::chrono_literals;
+
+class tst_wiring : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void M1_M2_points_reachTheirSeries();
+    void M3_M4_updateMyTime_reachesBothSlots();
+    void M5_M6_fullSeries_asksForThinning();
+    void M7_document_decidesTheExit_data();
+    void M7_document_decidesTheExit();
+    void W1_W2_W21_timers_tickTheirSlots();
+    void W3_W6_W7_W8_finishedPort_endsThreadAndWorker();
+    void W4_W11_W12_workerTexts_reachTheStatusLine();
+    void W5_threadStart_runsTheWorkersEntry();
+    void W9_W13_W14_startAndStop_commandThePort();
+    void W10_searchedPort_configuresThePort();
+    void W15_frame_reachesTheParser();
+    void W16_workerLamp_reachesTheController();
+    void W17_dataLamp_reachesTheController();
+    void W18_W20_reading_reachesControllerBeforeFileWriter();
+    void W19_fakeReading_isShown();
+    void W22_timeMark_writesTheLine();
+    void W23_W24_channel_reachesFileWriterBeforeController();
+    void allRows_standInTheirOrder();
+
+    void splash_percentage_climbsTo99AtMost();
+
+private:
+    [[nodiscard]] QByteArray dayFile() const;
+    [[nodiscard]] QStringList receivers(QObject *sender, const QString &signal) const;
+
+    QScopedPointer<LogCapture> m_log;
+    QScopedPointer<QTemporaryDir> m_base;
+    QScopedPointer<mainBackEnd> m_backEnd;
+    QScopedPointer<MainBackEndProbe> m_probe;
+};
+
+void tst_wiring::init()
+{
+    profile::clear();
+    m_base.reset(new QTemporaryDir);
+    profile::store(ork2::kNamePath, m_base->path());
+    m_log.reset(new LogCapture);
+    m_backEnd.reset(new mainBackEnd);
+    m_probe.reset(new MainBackEndProbe(*m_backEnd));
+    noReplyCounter.storeRelaxed(0);
+}
+
+void tst_wiring::cleanup()
+{
+    if (m_probe) {
+        m_probe->endWorker();
+    }
+    m_probe.reset();
+    m_backEnd.reset();
+    // A misspelt signature shows only here.
+    const QStringList misses =
+        m_log->lines().filter(QRegularExpression(QStringLiteral("No such (slot|signal)")));
+    m_log.reset();
+    QCOMPARE(misses, QStringList());
+}
+
+QByteArray tst_wiring::dayFile() const
+{
+    QFile file(m_base->filePath(QStringLiteral("Data/ORK-2 N1/2026.11.15.txt")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Class and slot of each receiver of a signal, in the order of delivery.
+QStringList tst_wiring::receivers(QObject *sender, const QString &signal) const
+{
+    const qsizetype before = m_log->lines().size();
+    sender->dumpObjectInfo();
+    QStringList result;
+    bool within = false;
+    const QStringList lines = m_log->lines().mid(before);
+    for (const QString &line : lines) {
+        if (line.contains(QLatin1String("signal: "))) {
+            within = line.contains(QStringLiteral("signal: ") + signal);
+        } else if (within && line.contains(QLatin1String("-->"))) {
+            result << line.section(QStringLiteral("--> "), 1).simplified();
+        } else if (within) {
+            break;
+        }
+    }
+    return result;
+}
+
+void tst_wiring::M1_M2_points_reachTheirSeries()
+{
+    UiData first;
+    UiData second;
+    QScatterSeries firstSeries;
+    QScatterSeries secondSeries;
+    first.setXy(&firstSeries);
+    second.setXy(&secondSeries);
+    ork2::connectCharts(*m_backEnd, first, second);
+    Q_EMIT m_backEnd->dropFCloud(1, 100);
+    QCOMPARE(firstSeries.points(), QList<QPointF>({{1, 100}}));
+    QCOMPARE(secondSeries.count(), 0);
+    Q_EMIT m_backEnd->dropSCloud(2, 200);
+    QCOMPARE(secondSeries.points(), QList<QPointF>({{2, 200}}));
+    QCOMPARE(firstSeries.count(), 1);
+}
+
+void tst_wiring::M3_M4_updateMyTime_reachesBothSlots()
+{
+    UiData first;
+    UiData second;
+    ork2::connectCharts(*m_backEnd, first, second);
+    static int asked = 0;
+    asked = 0;
+    m_probe->setClock([] {
+        ++asked;
+        return QDateTime::currentDateTime();
+    });
+    Q_EMIT m_backEnd->updateMyTime();
+    QCOMPARE(asked, 2);
+    QCOMPARE(receivers(m_backEnd.get(), QStringLiteral("updateMyTime")).size(), 2);
+}
+
+void tst_wiring::M5_M6_fullSeries_asksForThinning()
+{
+    UiData first;
+    UiData second;
+    ork2::connectCharts(*m_backEnd, first, second);
+    QSignalSpy thinning(m_backEnd.get(), &mainBackEnd::clearGraphData);
+    Q_EMIT first.removeGPoints();
+    QCOMPARE(thinning.count(), 1);
+    Q_EMIT second.removeGPoints();
+    QCOMPARE(thinning.count(), 2);
+}
+
+void tst_wiring::M7_document_decidesTheExit_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("exitCode");
+    QTest::newRow("broken") << QByteArray("import QtQuick\nQtObject { no }") << -1;
+    QTest::newRow("whole") << QByteArray("import QtQuick\nQtObject { }") << 0;
+}
+
+void tst_wiring::M7_document_decidesTheExit()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(int, exitCode);
+    QFile file(m_base->filePath(QStringLiteral("document.qml")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(text);
+    file.close();
+    const QUrl document = QUrl::fromLocalFile(file.fileName());
+    QQmlApplicationEngine engine;
+    ork2::exitWithoutDocument(engine, *QCoreApplication::instance(), document);
+    engine.load(document);
+    QTimer end; // of what the handler left running
+    connect(&end, &QTimer::timeout, [] { QCoreApplication::exit(0); });
+    end.start(100ms);
+    QCOMPARE(QCoreApplication::exec(), exitCode);
+}
+
+void tst_wiring::W1_W2_W21_timers_tickTheirSlots()
+{
+    static QDateTime now;
+    now = QDateTime(QDate(2026, 11, 15), QTime(12, 34, 0, 500));
+    m_probe->setClock([] { return now; });
+    QSignalSpy watchdog(m_backEnd.get(), &mainBackEnd::chanelLED);
+    QSignalSpy plot(m_backEnd.get(), &mainBackEnd::updateVoidGraph);
+    QSignalSpy save(m_backEnd.get(), &mainBackEnd::timeToData);
+    m_probe->requestTimer()->start(1ms);
+    QVERIFY(watchdog.wait());
+    m_probe->requestTimer()->stop();
+    QCOMPARE(plot.count() + save.count(), 0);
+    m_probe->plotTimer()->start(1ms);
+    QVERIFY(plot.wait());
+    m_probe->plotTimer()->stop();
+    QCOMPARE(save.count(), 0);
+    m_probe->saveTimer()->start(1ms);
+    QVERIFY(save.wait());
+}
+
+void tst_wiring::W3_W6_W7_W8_finishedPort_endsThreadAndWorker()
+{
+    const QPointer<ComPort> port = m_probe->comPort();
+    const QPointer<QThread> thread = m_probe->workerThread();
+    delete m_probe->parser();
+    delete m_probe->fileWriter();
+    m_probe.reset();
+    Q_EMIT port->finished_Port();
+    QVERIFY(thread->wait());    // W6
+    QTRY_VERIFY(port.isNull()); // W7
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTRY_VERIFY(thread.isNull()); // W3, W8
+}
+
+void tst_wiring::W4_W11_W12_workerTexts_reachTheStatusLine()
+{
+    QSignalSpy texts(m_backEnd.get(), &mainBackEnd::sendCounter);
+    ComPort *port = m_probe->comPort();
+    Q_EMIT port->error_(QStringLiteral("one"));
+    Q_EMIT port->outPort(QStringLiteral("two"));
+    Q_EMIT port->statusBarMsg(QStringLiteral("three"));
+    QTRY_COMPARE(texts.count(), 3);
+    QVERIFY(texts.at(0).first().toString().endsWith(QLatin1String("]:\tone")));
+    QVERIFY(texts.at(1).first().toString().endsWith(QLatin1String("]:\ttwo")));
+    QVERIFY(texts.at(2).first().toString().endsWith(QLatin1String("]:\tthree")));
+}
+
+void tst_wiring::W5_threadStart_runsTheWorkersEntry()
+{
+    QTRY_COMPARE(m_log->lines().count(QStringLiteral("Com port in separate Thread!")), 1);
+}
+
+void tst_wiring::W9_W13_W14_startAndStop_commandThePort()
+{
+    QSignalSpy texts(m_backEnd.get(), &mainBackEnd::sendCounter);
+    Q_EMIT m_backEnd->savesettings(QStringLiteral("/nowhere/port"), 9600, 8, 0, 1, 0);
+    Q_EMIT m_backEnd->startButtonClicked();
+    QTRY_COMPARE(texts.count(), 1); // the open fails and says so
+    QCOMPARE(m_probe->comPort()->port().portName(), QStringLiteral("/nowhere/port"));
+    QCOMPARE(receivers(m_backEnd.get(), QStringLiteral("stopButtonClicked")).size(), 1);
+    QVERIFY(receivers(m_backEnd.get(), QStringLiteral("stopButtonClicked"))
+                .first()
+                .contains(QLatin1String("ComPort")));
+}
+
+void tst_wiring::W10_searchedPort_configuresThePort()
+{
+    Q_EMIT m_backEnd->plugPlayComSettings(19200, 2, QStringLiteral("/nowhere/searched"));
+    QTRY_COMPARE(m_probe->comPort()->port().portName(), QStringLiteral("/nowhere/searched"));
+    QCOMPARE(m_probe->comPort()->port().baudRate(), 19200);
+    QCOMPARE(m_probe->comPort()->port().parity(), QSerialPort::NoParity);
+}
+
+void tst_wiring::W15_frame_reachesTheParser()
+{
+    QSignalSpy heights(m_probe->parser(), &convertData::readyToShowClouds);
+    Q_EMIT m_probe->comPort()->readyToShowClouds(QByteArrayLiteral("H012340240\r"));
+    QTRY_COMPARE(heights, (QList<QVariantList>{{QStringLiteral("1234"), QStringLiteral("0240")}}));
+}
+
+void tst_wiring::W16_workerLamp_reachesTheController()
+{
+    QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::connectionLED);
+    Q_EMIT m_probe->comPort()->connectLED(true);
+    QTRY_COMPARE(lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_wiring::W17_dataLamp_reachesTheController()
+{
+    QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::dataLED);
+    Q_EMIT m_probe->fileWriter()->dataLedStatus(true);
+    QCOMPARE(lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_wiring::W18_W20_reading_reachesControllerBeforeFileWriter()
+{
+    // A line written while the controller shows the reading still has the reading before it.
+    m_probe->fileWriter()->DataCloudRecieved(QStringLiteral("0001"), QStringLiteral("0002"));
+    connect(m_backEnd.get(), &mainBackEnd::firstCloudAlt, this, [this] {
+        m_probe->fileWriter()->DateTimeRecieve(
+            QStringLiteral("2026/11/15"), QStringLiteral("12:34:00"));
+    });
+    Q_EMIT m_probe->parser()->readyToShowClouds(QStringLiteral("0100"), QStringLiteral("0200"));
+    QVERIFY(dayFile().endsWith("\r\n12:34:00\t0001\t0002\tОсновной"));
+    QCOMPARE(m_probe->firstValue(), 100.0);
+    m_probe->fileWriter()->DateTimeRecieve(
+        QStringLiteral("2026/11/15"), QStringLiteral("12:35:00"));
+    QVERIFY(dayFile().endsWith("\r\n12:35:00\t0100\t0200\tОсновной"));
+}
+
+void tst_wiring::W19_fakeReading_isShown()
+{
+    QSignalSpy shown(m_backEnd.get(), &mainBackEnd::firstCloudAlt);
+    Q_EMIT m_backEnd->connectionErrorClouds(QStringLiteral("5000"), QStringLiteral("5000"));
+    QCOMPARE(shown, (QList<QVariantList>{{QStringLiteral("5000")}}));
+}
+
+void tst_wiring::W22_timeMark_writesTheLine()
+{
+    Q_EMIT m_backEnd->timeToData(QStringLiteral("2026/11/15"), QStringLiteral("12:34:00"));
+    QVERIFY(dayFile().endsWith("\r\n12:34:00\t\t\tОсновной"));
+}
+
+void tst_wiring::W23_W24_channel_reachesFileWriterBeforeController()
+{
+    Q_EMIT m_probe->parser()->readyToShowCloudChanel(QStringLiteral("1"));
+    QCOMPARE(m_probe->channel(), 1);
+    Q_EMIT m_backEnd->timeToData(QStringLiteral("2026/11/15"), QStringLiteral("12:34:00"));
+    QVERIFY(dayFile().endsWith("\tРезерв"));
+    const QStringList order =
+        receivers(m_probe->parser(), QStringLiteral("readyToShowCloudChanel"));
+    QCOMPARE(order.size(), 2);
+    QVERIFY(order.at(0).contains(QLatin1String("datalogger")));
+    QVERIFY(order.at(1).contains(QLatin1String("mainBackEnd")));
+}
+
+void tst_wiring::allRows_standInTheirOrder()
+{
+    struct Row
+    {
+        QObject *sender;
+        const char *signal;
+        QStringList receivers; // class of each, in the order of delivery
+    };
+    const auto names = [](const char *text) { return QString::fromLatin1(text).split(u' '); };
+    const QList<Row> rows{
+        {m_probe->workerThread(), "started", names("ComPort")},
+        {m_probe->workerThread(), "finished", names("QThread ComPort")},
+        {m_probe->comPort(), "finished_Port", names("QThread QThread")},
+        {m_probe->comPort(), "error_", names("mainBackEnd")},
+        {m_probe->comPort(), "outPort", names("mainBackEnd")},
+        {m_probe->comPort(), "statusBarMsg", names("mainBackEnd")},
+        {m_probe->comPort(), "readyToShowClouds", names("convertData")},
+        {m_probe->comPort(), "connectLED", names("mainBackEnd")},
+        {m_backEnd.get(), "savesettings", names("ComPort")},
+        {m_backEnd.get(), "plugPlayComSettings", names("ComPort")},
+        {m_backEnd.get(), "startButtonClicked", names("ComPort")},
+        {m_backEnd.get(), "stopButtonClicked", names("ComPort")},
+        {m_backEnd.get(), "connectionErrorClouds", names("mainBackEnd")},
+        {m_backEnd.get(), "timeToData", names("datalogger")},
+        {m_probe->fileWriter(), "dataLedStatus", names("mainBackEnd")},
+        {m_probe->parser(), "readyToShowClouds", names("mainBackEnd datalogger")},
+        {m_probe->parser(), "readyToShowCloudChanel", names("datalogger mainBackEnd")},
+    };
+    for (const Row &row : rows) {
+        QStringList classes;
+        const QStringList found = receivers(row.sender, QString::fromLatin1(row.signal));
+        for (const QString &receiver : found) {
+            classes << receiver.section(QStringLiteral("::"), 0, 0);
+        }
+        QVERIFY2(classes == row.receivers,
+            qPrintable(QString::fromLatin1(row.signal) + u' ' + found.join(u'|')));
+    }
+}
+
+void tst_wiring::splash_percentage_climbsTo99AtMost()
+{
+    QPixmap pixmap(64, 64);
+    pixmap.fill(Qt::gray);
+    QSplashScreen splash(pixmap);
+    splash.show();
+    QStringList messages;
+    connect(&splash, &QSplashScreen::messageChanged, this,
+        [&messages](const QString &text) { messages << text; });
+    QElapsedTimer clock;
+    clock.start();
+    ork2::countUp(splash, pixmap);
+    const qint64 took = clock.elapsed();
+    QVERIFY2(took >= 1000 && took < 1500, QByteArray::number(took));
+    QCOMPARE(messages.first(), QStringLiteral("Загружено: 0%"));
+    QVERIFY(messages.contains(QStringLiteral("Загружено: 50%")));
+    int last = 0;
+    for (const QString &message : qAsConst(messages)) {
+        const QString digits = message.section(u' ', 1).chopped(1);
+        QCOMPARE(message, QStringLiteral("Загружено: %1%").arg(digits));
+        QVERIFY(digits.toInt() >= last && digits.toInt() <= 99);
+        last = digits.toInt();
+    }
+    QVERIFY(last >= 90);
+}
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    tst_wiring test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_wiring.moc"

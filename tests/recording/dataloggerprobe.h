@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "datalogger.h"
+
+// What the file writer keeps to itself, for tests.
+class DataloggerProbe
+{
+public:
+    explicit DataloggerProbe(const datalogger &writer)
+        : m_writer(writer)
+    { }
+
+    // Nothing while no upload is running.
+    [[nodiscard]] QThread *uploadThread() const { return m_writer.m_uploadThread; }
+    [[nodiscard]] databasesql *uploader() const { return m_writer.m_uploader; }
+    [[nodiscard]] qsizetype waitingRows() const { return m_writer.m_waitingRows.size(); }
+    [[nodiscard]] bool uploads() const { return m_writer.m_upload; }
+
+    // Three blocks of ten: speeds, directions, critical values, temperature.
+    [[nodiscard]] QList<double> sensorValues() const
+    {
+        QList<double> values;
+        for (const auto &sensor : m_writer.m_sensors) {
+            for (const auto &triple : {sensor.speed, sensor.direction, sensor.critical}) {
+                values << triple[0] << triple[1] << triple[2];
+            }
+            values << sensor.temperature;
+        }
+        return values;
+    }
+
+private:
+    const datalogger &m_writer;
+};

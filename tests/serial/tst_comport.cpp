@@ -1,0 +1,616 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "comport.h"
+
+#include "frames.h"
+#include "logcapture.h"
+#include "pseudoterminal.h"
+#include "sharedvalues.h"
+
+#include <QMetaMethod>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTemporaryFile>
+#include <QTest>
+#include <QThread>
+
+#include <array>
+
+namespace {
+
+QByteArray frameNumber(int number)
+{
+    return QStringLiteral("H0%1%2\r")
+        .arg(number % 2999 + 1, 4, 10, QChar(u'0'))
+        .arg(2500, 4)
+        .toLatin1();
+}
+
+const QByteArray kGood = QByteArrayLiteral("H112342345\r");
+
+} // namespace
+
+class tst_comport : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void metaObject_members_standInTheirOrder();
+    void construction_boundsTheReadBuffer_andResetsCounter();
+
+    void connect_goodPort_tellsAndConfigures();
+    void connect_missingPort_tellsPortsOwnText();
+    void connect_noTerminal_tellsPortsOwnText();
+    void connect_setterFails_closesAndTells();
+    void disconnect_closedPort_isSilent();
+    void disconnect_openPort_tells();
+    void portSearchSettings_anyParity_configureNone();
+
+    void frame_oneWrite_isPassedOn();
+    void frame_status_showsEachByte();
+    void frame_resetsReplyCounter();
+    void frame_byteByByte_isPassedOn();
+    void frame_twoPieces_isNotReadBeforeItIsWhole();
+    void frame_wrongStart_isNeverPassedOn();
+    void frame_lastByteIsNotTested();
+    void twoFrames_atFirstReadEvent_doNotStall();
+    void burst_of2000_allComeOut();
+    void burst_throughWorkerThread_allComeOut();
+
+    void misses_everyTwelve_giveOneLamp();
+    void misses_frameBetween_startAnew();
+
+    void fault_wholeFrames_goOnWithin15_data();
+    void fault_wholeFrames_goOnWithin15();
+    void fault_stopAndStart_cures_data();
+    void fault_stopAndStart_cures();
+    void noise_wholeFrames_goOnWithin15_data();
+    void noise_wholeFrames_goOnWithin15();
+    void misalignedCarriageReturn_isDiscarded();
+    void unplugging_tellsErrorAndClosed();
+    void otherErrors_areIgnored();
+
+    void request_isSentByteForByte();
+    void request_openPort_withoutPendingReply_tells();
+    void crc_asText_data();
+    void crc_asText();
+    void legacyCommand_losesItsPlaceholdersAndGetsCrc_data();
+    void legacyCommand_losesItsPlaceholdersAndGetsCrc();
+    void legacyRead_tellsText();
+    void entry_and_destruction_areLogged();
+
+private:
+    void connectPort();
+    // Sends good frames one by one until one comes out; how many it took, 0: none of 15 did.
+    [[nodiscard]] int framesUntilDecoded();
+    void send(const QByteArray &bytes);
+
+    ork2::PseudoTerminal m_line;
+    QScopedPointer<LogCapture> m_log;
+    QScopedPointer<ComPort> m_port;
+    QScopedPointer<QSignalSpy> m_frames;
+    QScopedPointer<QSignalSpy> m_texts;
+    QScopedPointer<QSignalSpy> m_lamp;
+};
+
+void tst_comport::init()
+{
+    QVERIFY2(m_line.open(), qPrintable(m_line.errorString()));
+    m_log.reset(new LogCapture);
+    m_port.reset(new ComPort);
+    m_frames.reset(new QSignalSpy(m_port.get(), &ComPort::readyToShowClouds));
+    m_texts.reset(new QSignalSpy(m_port.get(), &ComPort::error_));
+    m_lamp.reset(new QSignalSpy(m_port.get(), &ComPort::connectLED));
+}
+
+void tst_comport::cleanup()
+{
+    m_port.reset();
+    m_log.reset();
+}
+
+void tst_comport::connectPort()
+{
+    m_port->Write_Settings_Port(m_line.path(), 9600, 8, 0, 1, 0);
+    m_port->ConnectPort();
+    QVERIFY(m_port->port().isOpen());
+    m_texts->clear();
+}
+
+void tst_comport::send(const QByteArray &bytes)
+{
+    QCOMPARE(m_line.write(bytes), bytes.size());
+}
+
+int tst_comport::framesUntilDecoded()
+{
+    for (int sent = 1; sent <= 15; ++sent) {
+        m_frames->clear();
+        send(kGood);
+        const auto decoded = [this] {
+            return !m_frames->isEmpty() && m_frames->constLast().first().toByteArray() == kGood;
+        };
+        if (QTest::qWaitFor(decoded, 40)) {
+            return sent;
+        }
+    }
+    return 0;
+}
+
+void tst_comport::metaObject_members_standInTheirOrder()
+{
+    const QByteArrayList expected{"finished_Port()", "error_(QString)", "outPort(QString)",
+        "ComPortAnswer(int,int,QString,QString,QString)", "SendADCData(double,int16_t)",
+        "CallCom()", "SendRes(QByteArray)", "SendResT(QByteArray)", "BitHeatEnable(bool)",
+        "BitConnect(bool)", "convertTempData(QByteArray)", "convertWindData(QByteArray)",
+        "readyToShowWindSpeed(int,double,double,double)",
+        "readyToShowWindDirection(int,double,double,double)",
+        "readyToShowWindCritical(int,double,double,double)", "readyToShowTemp(int,double)",
+        "readyToShowClouds(QByteArray)", "statusBarMsg(QString)", "connectLED(bool)",
+        "ComPortSettings(int,int,QString)", "ComPortSend()", "ComPortRecieve(QByteArray)",
+        "CRC16_ModBusRTU(QByteArray,ushort)", "RecComData()", "HeatTempSet(int)",
+        "DisconnectPort()", "ConnectPort()", "Write_Settings_Port(QString,int,int,int,int,int)",
+        "process_Port()", "WriteToPort(QString,QByteArray)",
+        "handleError(QSerialPort::SerialPortError)", "ReadInPort()"};
+    const QMetaObject &meta = ComPort::staticMetaObject;
+    QByteArrayList actual;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        actual << meta.method(i).methodSignature();
+    }
+    QCOMPARE(actual, expected);
+}
+
+void tst_comport::construction_boundsTheReadBuffer_andResetsCounter()
+{
+    noReplyCounter.storeRelaxed(9);
+    ComPort port;
+    QCOMPARE(port.port().readBufferSize(), 11);
+    QCOMPARE(port.port().parent(), nullptr);
+    QCOMPARE(noReplyCounter.loadRelaxed(), 0);
+}
+
+void tst_comport::connect_goodPort_tellsAndConfigures()
+{
+    m_port->Write_Settings_Port(m_line.path(), 9600, 8, 0, 1, 0);
+    QVERIFY(!m_port->port().isOpen());
+    m_port->ConnectPort();
+    QCOMPARE(*m_texts,
+        (QList<QVariantList>{{m_port->port().portName() + QStringLiteral(" >> Открыт!\r")}}));
+    QVERIFY(m_line.path().endsWith(m_port->port().portName()));
+    QCOMPARE(m_port->port().baudRate(), 9600);
+    QCOMPARE(m_port->port().dataBits(), QSerialPort::Data8);
+    QCOMPARE(m_port->port().parity(), QSerialPort::NoParity);
+    QCOMPARE(m_port->port().stopBits(), QSerialPort::OneStop);
+    QCOMPARE(m_port->port().flowControl(), QSerialPort::NoFlowControl);
+    QCOMPARE(m_port->port().openMode(), QIODevice::ReadWrite);
+#ifdef Q_OS_LINUX
+    QVERIFY(m_log->lines().contains(QStringLiteral("sudo usermod -aG dialout <Login>")));
+#endif
+}
+
+void tst_comport::connect_missingPort_tellsPortsOwnText()
+{
+    m_port->Write_Settings_Port(QStringLiteral("/dev/no-such-port"), 9600, 8, 0, 1, 0);
+    m_port->ConnectPort();
+    QCOMPARE(m_texts->count(), 1);
+    QSerialPort same;
+    same.setPortName(QStringLiteral("/dev/no-such-port"));
+    QVERIFY(!same.open(QIODevice::ReadWrite));
+    QCOMPARE(m_texts->first().first().toString(), same.errorString());
+    QVERIFY(!m_port->port().isOpen());
+}
+
+void tst_comport::connect_noTerminal_tellsPortsOwnText()
+{
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    m_port->Write_Settings_Port(file.fileName(), 9600, 8, 0, 1, 0);
+    m_port->ConnectPort();
+    QCOMPARE(m_texts->count(), 1);
+    QVERIFY(!m_texts->first().first().toString().isEmpty());
+    QVERIFY(!m_port->port().isOpen());
+}
+
+void tst_comport::connect_setterFails_closesAndTells()
+{
+    m_port->Write_Settings_Port(m_line.path(), -1, 8, 0, 1, 0);
+    m_port->ConnectPort();
+    QVERIFY(!m_port->port().isOpen());
+    QCOMPARE(m_texts->count(), 1);
+    QVERIFY(!m_texts->first().first().toString().contains(QStringLiteral("Открыт")));
+}
+
+void tst_comport::disconnect_closedPort_isSilent()
+{
+    m_port->DisconnectPort();
+    QCOMPARE(m_texts->count(), 0);
+}
+
+void tst_comport::disconnect_openPort_tells()
+{
+    connectPort();
+    m_port->DisconnectPort();
+    QCOMPARE(*m_texts,
+        (QList<QVariantList>{{m_port->port().portName() + QStringLiteral(" >> Закрыт!\r")}}));
+    QVERIFY(!m_port->port().isOpen());
+}
+
+void tst_comport::portSearchSettings_anyParity_configureNone()
+{
+    connectPort();
+    m_port->ComPortSettings(19200, QSerialPort::EvenParity, QStringLiteral("ttyUSB9"));
+    QVERIFY(!m_port->port().isOpen());
+    QCOMPARE(m_port->port().portName(), QStringLiteral("ttyUSB9"));
+    QCOMPARE(m_port->port().baudRate(), 19200);
+    QCOMPARE(m_port->port().parity(), QSerialPort::NoParity);
+    QCOMPARE(m_port->port().dataBits(), QSerialPort::Data8);
+    QCOMPARE(m_port->port().stopBits(), QSerialPort::OneStop);
+    QCOMPARE(m_port->port().flowControl(), QSerialPort::NoFlowControl);
+}
+
+void tst_comport::frame_oneWrite_isPassedOn()
+{
+    connectPort();
+    QSignalSpy replies(m_port.get(), &ComPort::SendRes);
+    send(kGood);
+    QTRY_COMPARE(*m_frames, (QList<QVariantList>{{kGood}}));
+    QCOMPARE(replies, (QList<QVariantList>{{kGood}}));
+    QCOMPARE(*m_lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_comport::frame_status_showsEachByte()
+{
+    connectPort();
+    QSignalSpy status(m_port.get(), &ComPort::statusBarMsg);
+    send(QByteArrayLiteral("H01234\xa5"
+                           "678\r"));
+    QTRY_COMPARE(status.count(), 1);
+    QCOMPARE(status.first().first().toString(),
+        QStringLiteral(
+            "Получено сообщение: 0x48 0x30 0x31 0x32 0x33 0x34 0xA5 0x36 0x37 0x38 0x0D"));
+}
+
+void tst_comport::frame_resetsReplyCounter()
+{
+    connectPort();
+    noReplyCounter.storeRelaxed(25);
+    send(kGood);
+    QTRY_COMPARE(noReplyCounter.loadRelaxed(), 0);
+}
+
+void tst_comport::frame_byteByByte_isPassedOn()
+{
+    connectPort();
+    for (int frame = 0; frame < 3; ++frame) {
+        m_frames->clear();
+        QSignalSpy events(&m_port->port(), &QIODevice::readyRead);
+        for (const char byte : kGood) {
+            events.clear();
+            send(QByteArray(1, byte));
+            QTRY_COMPARE(events.count(), 1);
+        }
+        QCOMPARE(*m_frames, (QList<QVariantList>{{kGood}}));
+    }
+    QVERIFY(!m_lamp->contains(QVariantList{false}));
+}
+
+void tst_comport::frame_twoPieces_isNotReadBeforeItIsWhole()
+{
+    connectPort();
+    send(kGood.left(5));
+    QTRY_COMPARE(m_port->port().bytesAvailable(), 5);
+    QCOMPARE(m_frames->count(), 0);
+    send(kGood.mid(5));
+    QTRY_COMPARE(*m_frames, (QList<QVariantList>{{kGood}}));
+}
+
+void tst_comport::frame_wrongStart_isNeverPassedOn()
+{
+    connectPort();
+    QSignalSpy events(&m_port->port(), &QIODevice::readyRead);
+    send(QByteArrayLiteral("X112342345\r"));
+    QTRY_COMPARE(events.count(), 1);
+    QCOMPARE(m_port->port().bytesAvailable(), 0);
+    QCOMPARE(m_frames->count(), 0);
+}
+
+void tst_comport::frame_lastByteIsNotTested()
+{
+    connectPort();
+    send(QByteArrayLiteral("H112342345X"));
+    QTRY_COMPARE(m_frames->count(), 1);
+}
+
+void tst_comport::twoFrames_atFirstReadEvent_doNotStall()
+{
+    connectPort();
+    send(frameNumber(1) + frameNumber(2));
+    QTRY_COMPARE(*m_frames, (QList<QVariantList>{{frameNumber(1)}, {frameNumber(2)}}));
+}
+
+void tst_comport::burst_of2000_allComeOut()
+{
+    connectPort();
+    QByteArray burst;
+    for (int i = 0; i < 2000; ++i) {
+        burst += frameNumber(i);
+    }
+    qsizetype sent = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (sent += m_line.write(QByteArrayView(burst).sliced(sent)), m_frames->count() == 2000),
+        20000);
+    for (int i = 0; i < 2000; ++i) {
+        QCOMPARE(m_frames->at(i).first().toByteArray(), frameNumber(i));
+    }
+}
+
+void tst_comport::burst_throughWorkerThread_allComeOut()
+{
+    QThread worker;
+    m_port->Write_Settings_Port(m_line.path(), 9600, 8, 0, 1, 0);
+    m_port->moveToThread(&worker);
+    m_port->port().moveToThread(&worker);
+    worker.start();
+    QMetaObject::invokeMethod(m_port.get(), &ComPort::ConnectPort, Qt::BlockingQueuedConnection);
+    QStringList received; // the connection queues into this thread
+    connect(m_port.get(), &ComPort::readyToShowClouds, this,
+        [&received](const QByteArray &frame) { received << QString::fromLatin1(frame); });
+    QByteArray burst;
+    for (int i = 0; i < 2000; ++i) {
+        burst += frameNumber(i);
+    }
+    qsizetype sent = 0;
+    QTRY_VERIFY_WITH_TIMEOUT(
+        (sent += m_line.write(QByteArrayView(burst).sliced(sent)), received.size() == 2000), 20000);
+    QMetaObject::invokeMethod(
+        m_port.get(),
+        [port = m_port.get()] {
+            port->DisconnectPort();
+            port->port().moveToThread(qApp->thread());
+            port->moveToThread(qApp->thread());
+        },
+        Qt::BlockingQueuedConnection);
+    worker.quit();
+    worker.wait();
+    for (int i = 0; i < 2000; ++i) {
+        QCOMPARE(received.at(i).toLatin1(), frameNumber(i));
+    }
+}
+
+void tst_comport::misses_everyTwelve_giveOneLamp()
+{
+    for (int i = 0; i < 11; ++i) {
+        Q_EMIT m_port->CallCom();
+    }
+    QCOMPARE(m_lamp->count(), 0);
+    Q_EMIT m_port->CallCom();
+    QCOMPARE(*m_lamp, (QList<QVariantList>{{false}}));
+    for (int i = 0; i < 11; ++i) {
+        Q_EMIT m_port->CallCom();
+    }
+    QCOMPARE(m_lamp->count(), 1);
+    Q_EMIT m_port->CallCom();
+    QCOMPARE(m_lamp->count(), 2);
+}
+
+void tst_comport::misses_frameBetween_startAnew()
+{
+    connectPort();
+    for (int i = 0; i < 11; ++i) {
+        Q_EMIT m_port->CallCom();
+    }
+    send(kGood);
+    QTRY_COMPARE(m_frames->count(), 1);
+    for (int i = 0; i < 11; ++i) {
+        Q_EMIT m_port->CallCom();
+    }
+    QCOMPARE(*m_lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_comport::fault_wholeFrames_goOnWithin15_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    for (int place = 0; place < ork2::kFrameLength; ++place) {
+        const auto name = [place](const char *fault) {
+            return QByteArray(fault) + " at " + QByteArray::number(place);
+        };
+        QTest::newRow(name("lost")) << QByteArray(kGood).remove(place, 1);
+        QTest::newRow(name("added")) << QByteArray(kGood).insert(place, '5');
+        QTest::newRow(name("added H")) << QByteArray(kGood).insert(place, 'H');
+        QTest::newRow(name("added CR")) << QByteArray(kGood).insert(place, '\r');
+        QTest::newRow(name("changed")) << QByteArray(kGood).replace(place, 1, "?");
+        QTest::newRow(name("changed to CR")) << QByteArray(kGood).replace(place, 1, "\r");
+        QTest::newRow(name("changed to H")) << QByteArray(kGood).replace(place, 1, "H");
+        if (place > 0) {
+            QTest::newRow(name("tail")) << kGood.mid(place);
+        }
+    }
+}
+
+void tst_comport::fault_wholeFrames_goOnWithin15()
+{
+    QFETCH(QByteArray, bytes);
+    connectPort();
+    QCOMPARE(framesUntilDecoded(), 1);
+    send(bytes);
+    for (int time = 0; time < 3; ++time) { // it goes on by itself, and keeps going
+        QVERIFY2(framesUntilDecoded() >= 1, "no good frame came out of 15");
+    }
+}
+
+void tst_comport::fault_stopAndStart_cures_data()
+{
+    fault_wholeFrames_goOnWithin15_data();
+}
+
+void tst_comport::fault_stopAndStart_cures()
+{
+    QFETCH(QByteArray, bytes);
+    connectPort();
+    const qsizetype rest = bytes.size() % ork2::kFrameLength;
+    send(bytes + kGood.left(7));
+    // Whatever of it came to lie in the buffers of the worker, the port and the system.
+    QTRY_VERIFY(m_port->port().bytesAvailable() > 0 || m_line.unread() > 0 || rest == 4);
+    m_port->DisconnectPort();
+    m_port->ConnectPort();
+    QCOMPARE(framesUntilDecoded(), 1);
+}
+
+void tst_comport::noise_wholeFrames_goOnWithin15_data()
+{
+    QTest::addColumn<int>("length");
+    for (const int length :
+        {1, 2, 5, 10, 11, 12, 21, 22, 23, 33, 50, 100, 150, 200, 250, 299, 300}) {
+        QTest::newRow(QByteArray::number(length) + " bytes") << length;
+    }
+}
+
+void tst_comport::noise_wholeFrames_goOnWithin15()
+{
+    QFETCH(int, length);
+    connectPort();
+    QRandomGenerator random(static_cast<quint32>(length));
+    for (int round = 0; round < 5; ++round) {
+        QByteArray noise(length, '\0');
+        for (char &byte : noise) {
+            // Starts and ends of frames are what can confuse the reader, so they come often.
+            constexpr std::array<char, 4> kConfusing{'H', '\r', '0', '\xff'};
+            byte = random.bounded(2) != 0 ? kConfusing.at(random.bounded(4U))
+                                          : static_cast<char>(random.bounded(256));
+        }
+        send(noise);
+        QVERIFY2(framesUntilDecoded() >= 1, "no good frame came out of 15");
+    }
+}
+
+void tst_comport::misalignedCarriageReturn_isDiscarded()
+{
+    connectPort();
+    send(QByteArrayLiteral("2342345\rH11"));
+    QVERIFY2(framesUntilDecoded() >= 1, "no good frame came out of 15");
+}
+
+void tst_comport::unplugging_tellsErrorAndClosed()
+{
+    connectPort();
+    m_line.close();
+    QTRY_COMPARE(m_texts->count(), 2);
+    QVERIFY(!m_texts->at(0).first().toString().isEmpty());
+    QVERIFY(m_texts->at(1).first().toString().endsWith(QStringLiteral(" >> Закрыт!\r")));
+    QVERIFY(!m_port->port().isOpen());
+}
+
+void tst_comport::otherErrors_areIgnored()
+{
+    connectPort();
+    for (const auto error : {QSerialPort::NoError, QSerialPort::PermissionError,
+             QSerialPort::ReadError, QSerialPort::TimeoutError, QSerialPort::UnknownError}) {
+        m_port->handleError(error);
+    }
+    QCOMPARE(m_texts->count(), 0);
+    m_port->handleError(QSerialPort::ResourceError);
+    QCOMPARE(m_texts->count(), 2);
+    m_port->handleError(QSerialPort::ResourceError); // closed by now
+    QCOMPARE(m_texts->count(), 2);
+}
+
+void tst_comport::request_isSentByteForByte()
+{
+    connectPort();
+    m_port->ComPortSend();
+    // The slot clears the port right behind the write, so that the other end may see less of it:
+    // what was handed to the system is known from the log.
+    QCOMPARE(m_port->port().bytesToWrite(), 0);
+    QVERIFY(m_log->lines().contains(QStringLiteral("ComSend \"3a 00 41 00 00 ac 11 0d\"")));
+}
+
+void tst_comport::request_openPort_withoutPendingReply_tells()
+{
+    connectPort();
+    QSignalSpy pending(m_port.get(), &ComPort::BitConnect);
+    QSignalSpy gathered(&m_port->port(), &QIODevice::readyRead);
+    send(QByteArrayLiteral("X0123456789")); // no frame: pending
+    QTRY_VERIFY(!gathered.isEmpty());
+    QCOMPARE(m_port->port().bytesAvailable(), 0);
+    m_port->ComPortSend();
+    QCOMPARE(pending.count(), 0);
+    m_port->ComPortSend();
+    QCOMPARE(pending, (QList<QVariantList>{{false}}));
+}
+
+void tst_comport::crc_asText_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<ushort>("length");
+    QTest::addColumn<QByteArray>("text");
+    const QByteArray request = QByteArray::fromHex("3A00410000");
+    QTest::newRow("nothing of it") << request << ushort{0} << QByteArray("ffff");
+    QTest::newRow("request") << request << ushort{5} << QByteArray("ac11");
+    QTest::newRow("longer than it is") << request << ushort{500} << QByteArray("ac11");
+    // CRC 0x4B37, swapped 0x374B.
+    QTest::newRow("123456789") << QByteArray("123456789") << ushort{9} << QByteArray("374b");
+    // CRC 0xDB05, swapped 0x05DB: the leading zero is not written.
+    QTest::newRow("leading zero") << QByteArray("201") << ushort{3} << QByteArray("5db");
+}
+
+void tst_comport::crc_asText()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(ushort, length);
+    QFETCH(QByteArray, text);
+    QCOMPARE(m_port->CRC16_ModBusRTU(bytes, length), text);
+}
+
+void tst_comport::legacyCommand_losesItsPlaceholdersAndGetsCrc_data()
+{
+    QTest::addColumn<QString>("sensor");
+    QTest::addColumn<QByteArray>("kept");
+    QTest::addColumn<QByteArray>("removed");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<qint64>("replyLength");
+    QTest::newRow("wind") << QStringLiteral("Wind") << QByteArray::fromHex("0102030405")
+                          << QByteArray("xyz") << QByteArray("\r") << qint64{15};
+    QTest::newRow("another") << QStringLiteral("Temp") << QByteArray::fromHex("010203040506")
+                             << QByteArray("xy") << QByteArray() << qint64{9};
+}
+
+void tst_comport::legacyCommand_losesItsPlaceholdersAndGetsCrc()
+{
+    QFETCH(QString, sensor);
+    QFETCH(QByteArray, kept);
+    QFETCH(QByteArray, removed);
+    QFETCH(QByteArray, end);
+    QFETCH(qint64, replyLength);
+    connectPort();
+    const QByteArray crc = QByteArray::fromHex(
+        m_port->CRC16_ModBusRTU(kept, static_cast<ushort>(kept.size())).rightJustified(4, '0'));
+    m_port->WriteToPort(sensor, kept + removed);
+    QByteArray sent;
+    QTRY_COMPARE((sent += m_line.drain(), sent), kept + crc + end);
+    QCOMPARE(m_port->port().readBufferSize(), replyLength);
+}
+
+void tst_comport::legacyRead_tellsText()
+{
+    connectPort();
+    QSignalSpy texts(m_port.get(), &ComPort::outPort);
+    send("при");
+    QTRY_COMPARE(m_port->port().bytesAvailable(), 6);
+    m_port->ReadInPort();
+    QCOMPARE(texts, (QList<QVariantList>{{QStringLiteral("при")}}));
+}
+
+void tst_comport::entry_and_destruction_areLogged()
+{
+    m_port->process_Port();
+    QVERIFY(m_log->lines().contains(QStringLiteral("Com port in separate Thread!")));
+    QSignalSpy finished(m_port.get(), &ComPort::finished_Port);
+    m_port.reset();
+    QCOMPARE(finished.count(), 1);
+    QVERIFY(m_log->lines().contains(QStringLiteral("Bye-bye Com port thread!")));
+}
+
+QTEST_GUILESS_MAIN(tst_comport)
+#include "tst_comport.moc"

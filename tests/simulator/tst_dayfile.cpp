@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dayfile.h"
+
+#include <QTest>
+
+using namespace ork2;
+
+namespace {
+
+const char *const kHeading =
+    "Номер прибора: 17\r\nВремя:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\t\r\n";
+
+} // namespace
+
+class TestDayFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void parse_wholeFile_givesAReadingPerRecord();
+    void parse_fileWithoutHeading_isTaken();
+    void parse_lineEndsOfTextMode_areTaken();
+    void parse_damagedField_goesBackAsItCame();
+    void parse_badRecord_tellsFileAndLine_data();
+    void parse_badRecord_tellsFileAndLine();
+    void parse_noRecord_tellsFile();
+};
+
+void TestDayFile::parse_wholeFile_givesAReadingPerRecord()
+{
+    const ScriptResult result = parseDayFile(QByteArray(kHeading)
+            + "\r\n00:00:00\t0850\t1500\tОсновной"
+              "\r\n00:01:00\t----\t----\tРезерв"
+              "\r\n23:59:00\t7777\t7777\tОсновной",
+        QStringLiteral("d"));
+    QCOMPARE(result.error, QString());
+    QVERIFY(!result.script.repeats);
+    const std::vector<ScriptStep> &steps = result.script.steps;
+    QCOMPARE(steps.size(), 3U);
+    QVERIFY(steps[0].step == Step(Transmission{"H008501500\r"}));
+    QVERIFY(steps[1].step == Step(Transmission{"H150005000\r"}));
+    QVERIFY(steps[2].step == Step(Transmission{"H077777777\r"}));
+}
+
+void TestDayFile::parse_fileWithoutHeading_isTaken()
+{
+    const ScriptResult result =
+        parseDayFile("\r\n00:00:00\t0850\t1500\tОсновной", QStringLiteral("d"));
+    QCOMPARE(result.error, QString());
+    QCOMPARE(result.script.steps.size(), 1U);
+}
+
+void TestDayFile::parse_lineEndsOfTextMode_areTaken()
+{
+    QByteArray text = QByteArray(kHeading) + "\r\n00:00:00\t0850\t1500\tРезерв\r\n";
+    text.replace("\r\n", "\r\r\n");
+    const ScriptResult result = parseDayFile(text, QStringLiteral("d"));
+    QCOMPARE(result.error, QString());
+    QVERIFY(result.script.steps.at(0).step == Step(Transmission{"H108501500\r"}));
+}
+
+void TestDayFile::parse_damagedField_goesBackAsItCame()
+{
+    const ScriptResult result = parseDayFile("00:00:00\t08x0\tÿ500\tОсновной", QStringLiteral("d"));
+    QCOMPARE(result.error, QString());
+    QVERIFY(result.script.steps.at(0).step
+        == Step(Transmission{"H008x0\xFF"
+                             "500\r"}));
+}
+
+void TestDayFile::parse_badRecord_tellsFileAndLine_data()
+{
+    QTest::addColumn<QByteArray>("record");
+
+    QTest::newRow("field missing") << QByteArray("00:00:00\t0850\tОсновной");
+    QTest::newRow("field too many") << QByteArray("00:00:00\t0850\t1500\tОсновной\t");
+    QTest::newRow("no time") << QByteArray("24:00:00\t0850\t1500\tОсновной");
+    QTest::newRow("first height short") << QByteArray("00:00:00\t850\t1500\tОсновной");
+    QTest::newRow("second height long") << QByteArray("00:00:00\t0850\t15000\tОсновной");
+    QTest::newRow("height no byte") << QByteArray("00:00:00\t0850\t15ж0\tОсновной");
+    QTest::newRow("unknown channel") << QByteArray("00:00:00\t0850\t1500\t0");
+    QTest::newRow("other text") << QByteArray("hello");
+}
+
+void TestDayFile::parse_badRecord_tellsFileAndLine()
+{
+    QFETCH(QByteArray, record);
+    const ScriptResult result =
+        parseDayFile(kHeading + QByteArray("\r\n00:00:00\t0850\t1500\tОсновной\r\n") + record,
+            QStringLiteral("day.txt"));
+    QCOMPARE(
+        result.error, QStringLiteral("day.txt:5: no record of time, two heights and channel name"));
+}
+
+void TestDayFile::parse_noRecord_tellsFile()
+{
+    QCOMPARE(parseDayFile(kHeading, QStringLiteral("day.txt")).error,
+        QStringLiteral("day.txt: there is no record to play"));
+}
+
+QTEST_GUILESS_MAIN(TestDayFile)
+#include "tst_dayfile.moc"

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "scenariofactory.h"
+
+#include "errorsscenario.h"
+#include "faultsscenario.h"
+#include "weatherscenario.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ork2;
+
+class TestScenarioFactory : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void make_builtInName_givesThatScenario();
+    void make_seed_reachesTheScenario();
+    void make_scenarioFile_isParsed();
+    void make_dayFile_isParsed();
+    void make_badFile_tellsFileAndLine();
+    void make_missingFile_tellsReason();
+
+private:
+    [[nodiscard]] QString written(const QByteArray &text);
+
+    QTemporaryDir m_folder;
+};
+
+QString TestScenarioFactory::written(const QByteArray &text)
+{
+    const QString path = m_folder.filePath(QStringLiteral("запись.txt"));
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? path : QString();
+}
+
+void TestScenarioFactory::make_builtInName_givesThatScenario()
+{
+    Options options;
+    QVERIFY(dynamic_cast<WeatherScenario *>(makeScenario(options).scenario.get()) != nullptr);
+    options.scenario = QStringLiteral("errors");
+    QVERIFY(dynamic_cast<ErrorsScenario *>(makeScenario(options).scenario.get()) != nullptr);
+    options.scenario = QStringLiteral("faults");
+    QVERIFY(dynamic_cast<FaultsScenario *>(makeScenario(options).scenario.get()) != nullptr);
+}
+
+void TestScenarioFactory::make_seed_reachesTheScenario()
+{
+    for (const char *name : {"weather", "errors", "faults"}) {
+        Options options;
+        options.scenario = QString::fromLatin1(name);
+        options.seed = 2;
+        Options other = options;
+        other.seed = 3;
+        const auto first = makeScenario(options).scenario->next();
+        QVERIFY(makeScenario(options).scenario->next() == first);
+        QVERIFY(makeScenario(other).scenario->next() != first);
+    }
+}
+
+void TestScenarioFactory::make_scenarioFile_isParsed()
+{
+    Options options;
+    options.scenario = written("reading 0 850 1500\n");
+    const ScenarioResult result = makeScenario(options);
+    QVERIFY2(result.scenario != nullptr, qPrintable(result.error));
+    QVERIFY(result.scenario->next() == Step(Transmission{"H008501500\r"}));
+    QVERIFY(!result.scenario->next());
+}
+
+void TestScenarioFactory::make_dayFile_isParsed()
+{
+    Options options;
+    options.dayFile = written("00:00:00\t0850\t----\tРезерв");
+    const ScenarioResult result = makeScenario(options);
+    QVERIFY2(result.scenario != nullptr, qPrintable(result.error));
+    QVERIFY(result.scenario->next() == Step(Transmission{"H108505000\r"}));
+    QVERIFY(!result.scenario->next());
+}
+
+void TestScenarioFactory::make_badFile_tellsFileAndLine()
+{
+    Options options;
+    options.scenario = written("\njump\n");
+    const ScenarioResult result = makeScenario(options);
+    QVERIFY(result.scenario == nullptr);
+    QCOMPARE(result.error, options.scenario + QStringLiteral(":2: there is no command \"jump\""));
+}
+
+void TestScenarioFactory::make_missingFile_tellsReason()
+{
+    Options options;
+    options.scenario = m_folder.filePath(QStringLiteral("none"));
+    QCOMPARE(makeScenario(options).error,
+        QStringLiteral("cannot read the scenario file \"%1\": No such file or directory")
+            .arg(options.scenario));
+    options.dayFile = m_folder.path();
+    QVERIFY(makeScenario(options).error.startsWith(
+        QStringLiteral("cannot read the day file \"%1\": ").arg(options.dayFile)));
+}
+
+QTEST_GUILESS_MAIN(TestScenarioFactory)
+#include "tst_scenariofactory.moc"

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "scriptscenario.h"
+
+#include <QTest>
+
+using namespace ork2;
+using namespace std::chrono_literals;
+
+namespace {
+
+QByteArray played(Script script, int most)
+{
+    ScriptScenario scenario(std::move(script));
+    QByteArray result;
+    for (int i = 0; i < most; ++i) {
+        const std::optional<Step> step = scenario.next();
+        if (!step) {
+            return result + '.';
+        }
+        result += std::get<Transmission>(*step).bytes;
+    }
+    return result;
+}
+
+} // namespace
+
+class TestScriptScenario : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void steps_withTimes_comeThatOften();
+    void end_withoutRepeat_isToldAgainAndAgain();
+    void end_withRepeat_startsAnew();
+};
+
+void TestScriptScenario::steps_withTimes_comeThatOften()
+{
+    QCOMPARE(played({{{Transmission{"a"}, 2}, {Transmission{"b"}, 1}, {Transmission{"c"}, 3}}}, 20),
+        QByteArray("aabccc."));
+}
+
+void TestScriptScenario::end_withoutRepeat_isToldAgainAndAgain()
+{
+    ScriptScenario scenario({{{Silence{5ms}}}});
+    QVERIFY(scenario.next() == Step(Silence{5ms}));
+    QVERIFY(!scenario.next());
+    QVERIFY(!scenario.next());
+}
+
+void TestScriptScenario::end_withRepeat_startsAnew()
+{
+    QCOMPARE(
+        played({{{Transmission{"a"}, 2}, {Transmission{"b"}, 1}}, true}, 7), QByteArray("aabaaba"));
+}
+
+QTEST_GUILESS_MAIN(TestScriptScenario)
+#include "tst_scriptscenario.moc"

@@ -1,0 +1,305 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "linereader.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+namespace {
+
+constexpr qsizetype kFrameSize = 11;
+constexpr int kLongRunMs = 30000;
+
+// The program at work, with a reader that opens every pseudo-terminal it announces.
+class Simulator : public QObject
+{
+public:
+    explicit Simulator(const QStringList &arguments, bool reading = true)
+    {
+        connect(&process, &QProcess::readyReadStandardOutput, this, [this, reading] {
+            while (process.canReadLine()) {
+                const QString line = QString::fromLocal8Bit(process.readLine());
+                output += line;
+                static const QRegularExpression announcement(
+                    QRegularExpression::anchoredPattern(QStringLiteral("ready (/\\S+)\\n")));
+                const auto match = announcement.match(line);
+                if (!match.hasMatch()) {
+                    continue;
+                }
+                paths.append(match.captured(1));
+                if (reading && !reader.open(paths.last())) {
+                    qWarning("cannot open %s", qPrintable(paths.last()));
+                }
+            }
+        });
+        process.start(QStringLiteral(ORK2_SIMULATOR), arguments);
+    }
+
+    ~Simulator() override
+    {
+        process.disconnect(this);
+        process.kill();
+        process.waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(Simulator)
+
+    [[nodiscard]] bool hasEnded() const { return process.state() == QProcess::NotRunning; }
+    [[nodiscard]] bool endedWith(int exitCode) const
+    {
+        return hasEnded() && process.exitStatus() == QProcess::NormalExit
+            && process.exitCode() == exitCode;
+    }
+    [[nodiscard]] QString complaint()
+    {
+        return QString::fromLocal8Bit(process.readAllStandardError());
+    }
+    void signal(int number) const { ::kill(static_cast<pid_t>(process.processId()), number); }
+
+    QProcess process;
+    LineReader reader;
+    QString output;
+    QStringList paths;
+};
+
+QStringList words(const QString &text)
+{
+    return text.split(u' ', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class TestSimulator : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void help_asked_isPrinted();
+    void options_bad_endWithTwo_data();
+    void options_bad_endWithTwo();
+    void scenarioFile_bad_endsWithTwo();
+    void link_impossible_endsWithOne();
+    void bytes_sameSeed_areTheSame_data();
+    void bytes_sameSeed_areTheSame();
+    void scenario_default_isWeather();
+    void count_reached_endsWithZero();
+    void count_nobodyReads_endsWithZero();
+    void scenarioFile_good_isPlayed();
+    void replay_dayFile_givesItsReadings();
+    void delivery_bytes_keepsPaceOfLine();
+    void link_whileRunning_namesTerminal();
+    void unplugging_linked_renewsLinkAndSaysReady();
+    void signal_whileRunning_endsWithZeroAndRemovesLink_data();
+    void signal_whileRunning_endsWithZeroAndRemovesLink();
+
+private:
+    [[nodiscard]] QString written(const QByteArray &text);
+
+    QTemporaryDir m_folder;
+    QString m_link;
+};
+
+void TestSimulator::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    m_link = m_folder.filePath(QStringLiteral("port"));
+}
+
+QString TestSimulator::written(const QByteArray &text)
+{
+    const QString path = m_folder.filePath(QStringLiteral("played.txt"));
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? path : QString();
+}
+
+void TestSimulator::help_asked_isPrinted()
+{
+    Simulator simulator({QStringLiteral("--help")});
+    QTRY_VERIFY(simulator.endedWith(0));
+    QVERIFY(simulator.output.contains(QStringLiteral("--scenario <NAME|FILE>")));
+    QVERIFY(simulator.output.contains(QStringLiteral("reading CHANNEL FIRST SECOND [xN]")));
+    QVERIFY(simulator.paths.isEmpty());
+}
+
+void TestSimulator::options_bad_endWithTwo_data()
+{
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("complaint");
+
+    QTest::newRow("unknown option")
+        << QStringLiteral("--fast") << QStringLiteral("ork2-simulator: Unknown option 'fast'.\n");
+    QTest::newRow("no number")
+        << QStringLiteral("--count many")
+        << QStringLiteral("ork2-simulator: --count takes a whole number from 1 to 2147483647, "
+                          "not \"many\"\n");
+    QTest::newRow("no such scenario")
+        << QStringLiteral("--scenario /no/such")
+        << QStringLiteral("ork2-simulator: cannot read the scenario file \"/no/such\": "
+                          "No such file or directory\n");
+}
+
+void TestSimulator::options_bad_endWithTwo()
+{
+    QFETCH(QString, arguments);
+    Simulator simulator(words(arguments));
+    QTRY_VERIFY(simulator.endedWith(2));
+    QTEST(simulator.complaint(), "complaint");
+    QCOMPARE(simulator.output, QString());
+}
+
+void TestSimulator::scenarioFile_bad_endsWithTwo()
+{
+    const QString path = written("reading 0 1 2\nreading 0 1\n");
+    Simulator simulator({QStringLiteral("--scenario"), path});
+    QTRY_VERIFY(simulator.endedWith(2));
+    QVERIFY(simulator.complaint().startsWith(QStringLiteral("ork2-simulator: %1:2: ").arg(path)));
+}
+
+void TestSimulator::link_impossible_endsWithOne()
+{
+    Simulator simulator(words(QStringLiteral("--link /nowhere/port")));
+    QTRY_VERIFY(simulator.endedWith(1));
+    QCOMPARE(simulator.complaint(),
+        QStringLiteral("ork2-simulator: cannot link /nowhere/port: No such file or directory\n"));
+}
+
+void TestSimulator::bytes_sameSeed_areTheSame_data()
+{
+    QTest::addColumn<QString>("scenario");
+    for (const char *name : {"weather", "errors", "faults"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+void TestSimulator::bytes_sameSeed_areTheSame()
+{
+    QFETCH(QString, scenario);
+    const auto play = [&scenario](int seed) {
+        Simulator simulator(words(QStringLiteral("--scenario %1 --period 0 --count 600 --seed %2")
+                                      .arg(scenario)
+                                      .arg(seed)));
+        [&simulator] { QTRY_VERIFY_WITH_TIMEOUT(simulator.endedWith(0), kLongRunMs); }();
+        return simulator.reader.received;
+    };
+    const QByteArray first = play(4);
+    QVERIFY(first.size() > 300 * kFrameSize);
+    QCOMPARE(play(4), first);
+    QVERIFY(play(5) != first);
+}
+
+void TestSimulator::scenario_default_isWeather()
+{
+    Simulator implied(words(QStringLiteral("--period 0 --count 100")));
+    QTRY_VERIFY(implied.endedWith(0));
+    Simulator named(words(QStringLiteral("--scenario weather --seed 1 --period 0 --count 100")));
+    QTRY_VERIFY(named.endedWith(0));
+    QCOMPARE(implied.reader.received, named.reader.received);
+}
+
+void TestSimulator::count_reached_endsWithZero()
+{
+    Simulator simulator(words(QStringLiteral("--period 0 --count 7")));
+    QTRY_VERIFY(simulator.endedWith(0));
+    QCOMPARE(simulator.reader.received.size(), 7 * kFrameSize);
+    QCOMPARE(simulator.output, QStringLiteral("ready %1\n").arg(simulator.paths.value(0)));
+    QCOMPARE(simulator.complaint(), QString());
+}
+
+void TestSimulator::count_nobodyReads_endsWithZero()
+{
+    Simulator simulator(words(QStringLiteral("--period 1 --count 700")), false);
+    QTRY_VERIFY(simulator.endedWith(0));
+}
+
+void TestSimulator::scenarioFile_good_isPlayed()
+{
+    const QString path = written("reading 0 850 1500 x2\nbytes 48 0D\nsilence 20\nrepeat\n");
+    Simulator simulator({QStringLiteral("--scenario"), path, QStringLiteral("--period"),
+        QStringLiteral("0"), QStringLiteral("--count"), QStringLiteral("4")});
+    QTRY_VERIFY(simulator.endedWith(0));
+    QCOMPARE(simulator.reader.received, QByteArray("H008501500\rH008501500\rH\rH008501500\r"));
+}
+
+void TestSimulator::replay_dayFile_givesItsReadings()
+{
+    const QString path = written("Номер прибора: 17\r\n"
+                                 "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\t\r\n"
+                                 "\r\n12:00:00\t0850\t----\tОсновной"
+                                 "\r\n12:01:00\t8888\t8888\tРезерв");
+    Simulator simulator(
+        {QStringLiteral("--replay"), path, QStringLiteral("--period"), QStringLiteral("0")});
+    QTRY_VERIFY(simulator.endedWith(0));
+    QCOMPARE(simulator.reader.received, QByteArray("H008505000\rH188888888\r"));
+}
+
+void TestSimulator::delivery_bytes_keepsPaceOfLine()
+{
+    constexpr int kFrames = 40;
+    constexpr qint64 kLineTimeMs = 1000LL * kFrames * kFrameSize / 960;
+    QElapsedTimer timer;
+    timer.start();
+    Simulator simulator(
+        words(QStringLiteral("--period 0 --delivery bytes --count %1").arg(kFrames)));
+    QTRY_COMPARE(simulator.reader.received.size(), kFrames * kFrameSize);
+    const qint64 elapsed = timer.elapsed();
+    QVERIFY2(
+        elapsed >= kLineTimeMs && elapsed < 8 * kLineTimeMs, qPrintable(QString::number(elapsed)));
+    QTRY_VERIFY(simulator.endedWith(0));
+}
+
+void TestSimulator::link_whileRunning_namesTerminal()
+{
+    Simulator simulator({QStringLiteral("--link"), m_link});
+    QTRY_COMPARE(simulator.paths.size(), 1);
+    QCOMPARE(QFile::symLinkTarget(m_link), simulator.paths.first());
+    LineReader byLink;
+    QVERIFY(byLink.open(m_link));
+}
+
+void TestSimulator::unplugging_linked_renewsLinkAndSaysReady()
+{
+    const QString path = written("reading 0 1 2\nunplug 100\nreading 0 3 4\n");
+    Simulator simulator({QStringLiteral("--scenario"), path, QStringLiteral("--period"),
+        QStringLiteral("300"), QStringLiteral("--link"), m_link});
+    QTRY_COMPARE(simulator.paths.size(), 1);
+    QTRY_COMPARE(simulator.paths.size(), 2);
+    QCOMPARE(QFile::symLinkTarget(m_link), simulator.paths.last());
+    QTRY_VERIFY(simulator.endedWith(0));
+    QVERIFY(!QFileInfo(m_link).isSymLink());
+}
+
+void TestSimulator::signal_whileRunning_endsWithZeroAndRemovesLink_data()
+{
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("arguments");
+
+    QTest::newRow("interrupt") << SIGINT << QStringLiteral("--period 1000");
+    QTest::newRow("terminate") << SIGTERM << QStringLiteral("--period 1000");
+    QTest::newRow("terminate, flat out") << SIGTERM << QStringLiteral("--period 0");
+    QTest::newRow("interrupt, byte by byte")
+        << SIGINT << QStringLiteral("--period 0 --delivery bytes");
+}
+
+void TestSimulator::signal_whileRunning_endsWithZeroAndRemovesLink()
+{
+    QFETCH(int, number);
+    QFETCH(QString, arguments);
+    Simulator simulator(words(arguments) + QStringList{QStringLiteral("--link"), m_link}, false);
+    QTRY_COMPARE(simulator.paths.size(), 1);
+    QVERIFY(QFileInfo(m_link).isSymLink());
+    simulator.signal(number);
+    QTRY_VERIFY(simulator.hasEnded());
+    QVERIFY(simulator.endedWith(0));
+    QVERIFY(!QFileInfo(m_link).isSymLink());
+    QCOMPARE(simulator.complaint(), QString());
+}
+
+QTEST_GUILESS_MAIN(TestSimulator)
+#include "tst_simulator.moc"

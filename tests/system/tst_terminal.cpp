@@ -1,0 +1,277 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The program's whole object graph in one process, on a played line: bytes in, window and file out.
+#include "terminal.h"
+
+#include "logcapture.h"
+#include "mainbackendprobe.h"
+#include "profile.h"
+#include "pseudoterminal.h"
+#include "sharedvalues.h"
+
+#include <QApplication>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+QDateTime g_now;
+
+const QByteArray kHeader = "Номер прибора: 17\r\n"
+                           "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\r\n";
+
+} // namespace
+
+class tst_terminal : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void start_opensThePort_stopClosesIt();
+    void reading_reachesWindowAndDayFile();
+    void reading_errorCodes_showDashes();
+    void minutes_eachGetOneLine();
+    void silentLine_isDeclaredLost_andComesBack();
+    void unpluggedLine_isTold_andStartReopens();
+    void missingPort_isTold_andWindowLives();
+    void lostStep_closesPort_stopAndStartCure();
+    void brokenDocument_endsWithMinusOne();
+
+private:
+    [[nodiscard]] QObject *item(const char *id) const;
+    [[nodiscard]] QString shown(const char *property) const;
+    void press(bool start) const;
+    void startAndWaitForPort();
+    void send(const QByteArray &bytes);
+    [[nodiscard]] QByteArray dayFile() const;
+    [[nodiscard]] MainBackEndProbe probe() const { return MainBackEndProbe(m_terminal->backEnd()); }
+
+    ork2::PseudoTerminal m_line;
+    std::unique_ptr<QTemporaryDir> m_base;
+    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<ork2::Terminal> m_terminal;
+    QObject *m_window = nullptr;
+};
+
+void tst_terminal::init()
+{
+    QVERIFY(m_line.open());
+    m_base = std::make_unique<QTemporaryDir>();
+    profile::clear();
+    profile::store(ork2::kNamePath, m_base->path());
+    profile::store(ork2::kUnitNumber, QStringLiteral("17"));
+    profile::store(ork2::kPortToShow, m_line.path());
+    noReplyCounter.storeRelaxed(0);
+    m_log = std::make_unique<LogCapture>();
+    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
+    QCOMPARE(m_terminal->engine().rootObjects().size(), 1);
+    m_window = m_terminal->engine().rootObjects().constFirst();
+    QVERIFY(QTest::qWaitForWindowExposed(qobject_cast<QQuickWindow *>(m_window)));
+    g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
+    probe().setClock([] { return g_now; });
+}
+
+void tst_terminal::cleanup()
+{
+    if (m_terminal) {
+        probe().endWorker();
+    }
+    m_terminal.reset();
+    const QStringList warnings = m_log->warnings();
+    m_log.reset();
+    QCOMPARE(warnings.join(u'\n'), QString());
+}
+
+QObject *tst_terminal::item(const char *id) const
+{
+    return qmlContext(m_window)->objectForName(QString::fromLatin1(id));
+}
+
+QString tst_terminal::shown(const char *property) const
+{
+    return m_window->property(property).toString();
+}
+
+void tst_terminal::press(bool start) const
+{
+    QVERIFY(item("startButton") != nullptr);
+    item("startButton")->setProperty("checked", start);
+}
+
+// What lies in the line before it is opened belongs to the past and is dropped.
+void tst_terminal::startAndWaitForPort()
+{
+    QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
+    press(true);
+    QTRY_VERIFY(!texts.isEmpty()
+        && texts.constLast().first().toString().contains(QStringLiteral("Открыт")));
+}
+
+void tst_terminal::send(const QByteArray &bytes)
+{
+    QCOMPARE(m_line.write(bytes), bytes.size());
+}
+
+QByteArray tst_terminal::dayFile() const
+{
+    QFile file(m_base->filePath(QStringLiteral("Data/ORK-2 N17/2026.11.15.txt")));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void tst_terminal::start_opensThePort_stopClosesIt()
+{
+    QCOMPARE(shown("counterData"), QStringLiteral(" Статус: Прибор остановлен"));
+    QVERIFY(!probe().comPort()->port().isOpen());
+    press(true);
+    QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Открыт!")));
+    press(false);
+    QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
+    QTRY_COMPARE(shown("counterData"), QStringLiteral(" Статус: Прибор остановлен"));
+}
+
+void tst_terminal::reading_reachesWindowAndDayFile()
+{
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H112340000\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("1234"));
+    QCOMPARE(shown("secondCloudAlt"), QStringLiteral("----"));
+    QTRY_VERIFY(
+        shown("counterData").contains(QStringLiteral("Получено сообщение: 0x48 0x31 0x31")));
+    QCOMPARE(dayFile(), QByteArray());
+    g_now.setTime(QTime(12, 34, 0, 500));
+    QTRY_COMPARE(dayFile(), kHeader + "\r\n12:34:00\t1234\t----\tРезерв");
+    press(false);
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("----"));
+}
+
+void tst_terminal::reading_errorCodes_showDashes()
+{
+    startAndWaitForPort();
+    QObject *banner = item("errorText");
+    QVERIFY(banner != nullptr);
+    const auto sendCode = [this](const char *frame) {
+        QSignalSpy readings(&m_terminal->backEnd(), &mainBackEnd::secondCloudAlt);
+        send(QByteArray(frame));
+        QVERIFY(readings.wait());
+        QCOMPARE(shown("firstCloudAlt"), QStringLiteral("----"));
+        QCOMPARE(shown("secondCloudAlt"), QStringLiteral("----"));
+    };
+    sendCode("H077777777\r");
+    QCOMPARE(banner->property("text").toString(), QStringLiteral("Нет вспышки лампы!!!"));
+    QVERIFY(banner->property("visible").toBool());
+    sendCode("H088888888\r");
+    QCOMPARE(banner->property("text").toString(), QStringLiteral("Нет вспышки лампы!!!"));
+    sendCode("H099999999\r");
+    QCOMPARE(banner->property("text").toString(), QStringLiteral("Ошибка данных!"));
+    sendCode("H000003000\r");
+    QVERIFY(!banner->property("visible").toBool());
+}
+
+void tst_terminal::minutes_eachGetOneLine()
+{
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H001000200\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0100"));
+    QByteArray expected = kHeader;
+    for (int minute = 34; minute < 37; ++minute) {
+        for (const int second : {59, 0, 1}) {
+            g_now.setTime(QTime(12, second == 59 ? minute - 1 : minute, second, 500));
+            probe().tickSave();
+        }
+        expected += "\r\n12:" + QByteArray::number(minute) + ":00\t0100\t0200\tОсновной";
+    }
+    QCOMPARE(dayFile(), expected);
+}
+
+void tst_terminal::silentLine_isDeclaredLost_andComesBack()
+{
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H001000200\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0100"));
+    noReplyCounter.storeRelaxed(30);
+    QTRY_COMPARE(shown("counterData"), QStringLiteral(" Статус: Прибор отключен"));
+    QCOMPARE(shown("firstCloudAlt"), QStringLiteral("----"));
+    g_now.setTime(QTime(12, 34, 0, 500));
+    QVERIFY(!probe().saveTimer()->isActive());
+    send(QByteArrayLiteral("H003000400\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
+    QTRY_COMPARE(dayFile(), kHeader + "\r\n12:34:00\t0300\t0400\tОсновной");
+}
+
+void tst_terminal::unpluggedLine_isTold_andStartReopens()
+{
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H001000200\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0100"));
+    m_line.close();
+    QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
+    QVERIFY(m_line.open());
+    currentPortName = m_line.path(); // a new adapter may get another number
+    press(false);
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H003000400\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
+}
+
+void tst_terminal::missingPort_isTold_andWindowLives()
+{
+    currentPortName = QStringLiteral("/dev/no-such-port");
+    const QString before = shown("counterData");
+    press(true);
+    QTRY_VERIFY(shown("counterData") != before);
+    QVERIFY(!shown("counterData").contains(QStringLiteral("Открыт")));
+    QVERIFY(item("startButton")->property("checked").toBool());
+    press(false);
+    QTRY_COMPARE(shown("counterData"), QStringLiteral(" Статус: Прибор остановлен"));
+}
+
+void tst_terminal::lostStep_closesPort_stopAndStartCure()
+{
+    startAndWaitForPort();
+    // Byte by byte, from within a frame on: twelve reads in a row find none.
+    QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::connectionLED);
+    const QByteArray outOfStep = QByteArrayLiteral("2345\rH112342345\r");
+    for (const char byte : outOfStep.first(12)) {
+        QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
+        send(QByteArray(1, byte));
+        QTRY_VERIFY(!read.isEmpty());
+    }
+    QTRY_VERIFY(lamp.contains(QVariantList{false}));
+    QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
+    press(false);
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H003000400\r"));
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
+}
+
+void tst_terminal::brokenDocument_endsWithMinusOne()
+{
+    probe().endWorker();
+    m_terminal.reset();
+    QFile file(m_base->filePath(QStringLiteral("broken.qml")));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("import QtQuick\nItem { nonsense }\n");
+    file.close();
+    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl::fromLocalFile(file.fileName()));
+    QCOMPARE(QCoreApplication::exec(), -1);
+    probe().endWorker();
+    m_terminal.reset();
+    QCOMPARE(m_log->warnings().filter(QStringLiteral("broken.qml")).size(), 1);
+    m_log = std::make_unique<LogCapture>();
+}
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    tst_terminal test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_terminal.moc"

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the main window costs while a measurement runs, one reading a second:
+//
+//   tests/with-display build/release/tools/cost/ork2-chartcost [--points N] [--range SECONDS]
+//       [--seconds S] [--varying] [--grab FILE]
+//
+// Both series are given N points (60), 10 s apart and ending now; then the start button is pressed
+// and the measurement played for S (60) seconds without an instrument: a reading each second, a
+// plotted point each 10 s. The heights stay the same, or change with each reading (--varying: the
+// read-outs pulse then). Width of the time window: 600, 3600 or 10800 seconds. Printed in one line:
+// processor seconds a minute, frames, longest frame, longest stall of the interface thread,
+// resident memory. The first five seconds, with the animations of the start, do not count. --grab
+// keeps a picture of the window's last state.
+#include "mainbackend.h"
+#include "settings.h"
+#include "sharedvalues.h"
+#include "startup.h"
+#include "uidata.h"
+
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QQmlApplicationEngine>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QTemporaryDir>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <sys/resource.h>
+
+namespace {
+
+constexpr int kSettleMs = 5000;
+constexpr int kStallProbeMs = 5;
+constexpr int kAnsweringButNotRecorded = 6; // seconds without a frame
+
+double processorSeconds()
+{
+    rusage usage = {};
+    getrusage(RUSAGE_SELF, &usage);
+    const auto seconds = [](const timeval &t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+double residentMegabytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly)) {
+        return 0;
+    }
+    constexpr double kPagesPerMegabyte = 256;
+    return file.readAll().split(' ').value(1).toDouble() / kPagesPerMegabyte;
+}
+
+// Heights that wander like a cloud base does, so that dots lie beside and over one another.
+double firstHeight(qint64 index)
+{
+    return 1500 + 300 * std::sin(static_cast<double>(index) / 37);
+}
+
+double secondHeight(qint64 index)
+{
+    return 2300 + 400 * std::sin(static_cast<double>(index) / 53);
+}
+
+void fill(UiData &first, UiData &second, int points)
+{
+    QList<QPointF> firstPoints;
+    QList<QPointF> secondPoints;
+    const qint64 now = QDateTime::currentMSecsSinceEpoch();
+    for (int i = 0; i < points; ++i) {
+        const auto time = static_cast<double>(now - qint64(points - i) * ork2::kPlotIntervalMs);
+        firstPoints << QPointF(time, firstHeight(i));
+        secondPoints << QPointF(time, secondHeight(i));
+    }
+    first.xy()->replace(firstPoints);
+    second.xy()->replace(secondPoints);
+}
+
+void keepQuiet(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type != QtDebugMsg && type != QtInfoMsg) {
+        QTextStream(stderr) << text << '\n';
+    }
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QTemporaryDir profile; // the user's own settings may name a port that is in use
+    qputenv("XDG_CONFIG_HOME", profile.path().toLocal8Bit());
+    qInstallMessageHandler(keepQuiet);
+    QApplication app(argc, argv);
+
+    QCommandLineParser parser;
+    const QCommandLineOption pointsOption(
+        QStringLiteral("points"), QString(), QStringLiteral("count"), QStringLiteral("60"));
+    const QCommandLineOption rangeOption(
+        QStringLiteral("range"), QString(), QStringLiteral("seconds"), QStringLiteral("600"));
+    const QCommandLineOption secondsOption(
+        QStringLiteral("seconds"), QString(), QStringLiteral("count"), QStringLiteral("60"));
+    const QCommandLineOption grabOption(
+        QStringLiteral("grab"), QString(), QStringLiteral("file"), QString());
+    const QCommandLineOption varyingOption(QStringLiteral("varying"));
+    parser.addOptions({pointsOption, rangeOption, secondsOption, grabOption, varyingOption});
+    parser.process(app);
+    const int points = parser.value(pointsOption).toInt();
+    const int seconds = parser.value(secondsOption).toInt();
+
+    QQmlApplicationEngine engine;
+    ork2::addImportPaths(engine);
+    UiData first;
+    UiData second;
+    mainBackEnd backEnd;
+    settings stored;
+    engine.rootContext()->setContextProperty(QStringLiteral("mainBackEnd"), &backEnd);
+    engine.rootContext()->setContextProperty(QStringLiteral("settings"), &stored);
+    engine.rootContext()->setContextProperty(QStringLiteral("uiData"), &first);
+    engine.rootContext()->setContextProperty(QStringLiteral("uiData2"), &second);
+    ork2::connectCharts(backEnd, first, second);
+    engine.load(QStringLiteral("qrc:/main"));
+    auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
+    if (window == nullptr) {
+        return 1;
+    }
+    constexpr int kRanges = 3;
+    for (int i = 1; i < kRanges && backEnd.xMinRange() != parser.value(rangeOption).toInt(); ++i) {
+        backEnd.changeRangeX();
+    }
+    fill(first, second, points);
+    auto *startButton = window->findChild<QObject *>(QStringLiteral("startButton"));
+    startButton->setProperty("checked", true);
+
+    qint64 tick = points;
+    QTimer readings;
+    readings.setTimerType(Qt::PreciseTimer);
+    readings.setInterval(1000);
+    QObject::connect(&readings, &QTimer::timeout, &backEnd, [&] {
+        tick += parser.isSet(varyingOption) ? 1 : 0;
+        backEnd.showTheCloud(QString::number(std::lround(firstHeight(tick))),
+            QString::number(std::lround(secondHeight(tick))));
+        noReplyCounter.storeRelaxed(kAnsweringButNotRecorded);
+    });
+    readings.start();
+
+    int frames = 0;
+    double longestFrame = 0;
+    double longestStall = 0;
+    double startCost = 0;
+    QElapsedTimer sinceProbe;
+    QElapsedTimer frameTime;
+    QObject::connect(
+        window, &QQuickWindow::beforeSynchronizing, window, [&] { frameTime.start(); },
+        Qt::DirectConnection);
+    QObject::connect(
+        window, &QQuickWindow::frameSwapped, window,
+        [&] {
+            ++frames;
+            longestFrame =
+                std::max(longestFrame, static_cast<double>(frameTime.nsecsElapsed()) / 1e6);
+        },
+        Qt::DirectConnection);
+    QTimer probe;
+    probe.setTimerType(Qt::PreciseTimer);
+    probe.setInterval(kStallProbeMs);
+    QObject::connect(&probe, &QTimer::timeout, window, [&] {
+        longestStall = std::max(
+            longestStall, static_cast<double>(sinceProbe.nsecsElapsed()) / 1e6 - kStallProbeMs);
+        sinceProbe.start();
+    });
+    QTimer::singleShot(kSettleMs, Qt::PreciseTimer, window, [&] {
+        frames = 0;
+        longestFrame = 0;
+        sinceProbe.start();
+        probe.start();
+        startCost = processorSeconds();
+    });
+    QTimer::singleShot(kSettleMs + 1000 * seconds, Qt::PreciseTimer, window, [&] {
+        const double cost = processorSeconds() - startCost;
+        QTextStream(stdout) << "points " << points << "  range " << backEnd.xMinRange()
+                            << " s  processor " << QString::number(cost * 60 / seconds, 'f', 1)
+                            << " s/min  frames " << frames << "  longest frame "
+                            << QString::number(longestFrame, 'f', 0) << " ms  longest stall "
+                            << QString::number(longestStall, 'f', 0) << " ms  memory "
+                            << QString::number(residentMegabytes(), 'f', 0) << " MB\n";
+        if (parser.isSet(grabOption)) {
+            window->grabWindow().save(parser.value(grabOption));
+        }
+        app.quit();
+    });
+    return app.exec();
+}

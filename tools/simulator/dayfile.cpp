@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "dayfile.h"
+
+#include "frames.h"
+#include "readingframe.h"
+
+#include <QStringList>
+#include <QTime>
+
+#include <algorithm>
+#include <optional>
+
+namespace ork2 {
+
+namespace {
+
+constexpr qsizetype kFields = 4;
+
+// The height field as it goes on the line. A damaged reading may have left any characters in the
+// file, one for each byte: these go back as they came.
+std::optional<QByteArray> lineField(const QString &height)
+{
+    if (height == QLatin1String("----")) {
+        return heightField(kNoValueHeight);
+    }
+    const auto isOneByte = [](QChar c) { return c.unicode() <= 0xFF; };
+    if (height.size() != kHeightDigits || !std::all_of(height.begin(), height.end(), isOneByte)) {
+        return std::nullopt;
+    }
+    return height.toLatin1();
+}
+
+std::optional<char> channelDigit(const QString &name)
+{
+    if (name == QStringLiteral("Основной")) {
+        return kMainChannel;
+    }
+    if (name == QStringLiteral("Резерв")) {
+        return kReserveChannel;
+    }
+    return std::nullopt;
+}
+
+bool isHeading(const QString &line)
+{
+    return line.startsWith(QStringLiteral("Номер прибора:"))
+        || line.startsWith(QStringLiteral("Время:"));
+}
+
+// None: the line is no record.
+std::optional<Step> recordStep(const QString &line)
+{
+    const QStringList fields = line.split(u'\t');
+    if (fields.size() != kFields
+        || !QTime::fromString(fields[0], QStringLiteral("hh:mm:ss")).isValid()) {
+        return std::nullopt;
+    }
+    const auto first = lineField(fields[1]);
+    const auto second = lineField(fields[2]);
+    const auto channel = channelDigit(fields[3]);
+    if (!first || !second || !channel) {
+        return std::nullopt;
+    }
+    return Transmission{readingFrame(*channel, *first, *second)};
+}
+
+} // namespace
+
+ScriptResult parseDayFile(const QByteArray &text, const QString &fileName)
+{
+    ScriptResult result;
+    int lineNumber = 0;
+    for (const QByteArray &bytes : text.split('\n')) {
+        ++lineNumber;
+        QString line = QString::fromUtf8(bytes);
+        while (line.endsWith(u'\r')) {
+            line.chop(1);
+        }
+        if (line.isEmpty() || isHeading(line)) {
+            continue;
+        }
+        std::optional<Step> step = recordStep(line);
+        if (!step) {
+            result.error = QStringLiteral("%1:%2: no record of time, two heights and channel name")
+                               .arg(fileName)
+                               .arg(lineNumber);
+            return result;
+        }
+        result.script.steps.push_back({std::move(*step), 1});
+    }
+    if (result.script.steps.empty()) {
+        result.error = QStringLiteral("%1: there is no record to play").arg(fileName);
+    }
+    return result;
+}
+
+} // namespace ork2

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "options.h"
+#include "player.h"
+#include "scenariofactory.h"
+#include "terminationsignal.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+constexpr int kExitFailure = 1; // of the system: no pseudo-terminal, no link
+constexpr int kExitUsage = 2;   // wrong options or a wrong file
+
+void print(std::FILE *stream, const QString &text)
+{
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fflush(stream);
+}
+
+int complain(const QString &text, int exitCode)
+{
+    print(stderr, QStringLiteral("ork2-simulator: %1\n").arg(text));
+    return exitCode;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    // Whoever reads the output may go away, "| head" for one: the playing goes on.
+    std::signal(SIGPIPE, SIG_IGN);
+    const QCoreApplication application(argc, argv);
+
+    const ork2::CommandLine commandLine = ork2::parseCommandLine(QCoreApplication::arguments());
+    if (commandLine.helpAsked) {
+        print(stdout, commandLine.text);
+        return 0;
+    }
+    if (!commandLine.options) {
+        return complain(commandLine.text, kExitUsage);
+    }
+    ork2::ScenarioResult result = ork2::makeScenario(*commandLine.options);
+    if (!result.scenario) {
+        return complain(result.error, kExitUsage);
+    }
+
+    const ork2::TerminationSignal termination;
+    QObject::connect(
+        &termination, &ork2::TerminationSignal::received, &application, &QCoreApplication::quit);
+    ork2::Player player(std::move(result.scenario), *commandLine.options);
+    QObject::connect(&player, &ork2::Player::ready, &application,
+        [](const QString &path) { print(stdout, QStringLiteral("ready %1\n").arg(path)); });
+    QObject::connect(
+        &player, &ork2::Player::finished, &application, [] { QCoreApplication::quit(); });
+    QObject::connect(&player, &ork2::Player::failed, &application,
+        [](const QString &reason) { QCoreApplication::exit(complain(reason, kExitFailure)); });
+    QMetaObject::invokeMethod(&player, &ork2::Player::start, Qt::QueuedConnection);
+    return QCoreApplication::exec();
+}

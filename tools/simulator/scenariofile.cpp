@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "scenariofile.h"
+
+#include "readingframe.h"
+
+#include <QList>
+
+#include <algorithm>
+#include <optional>
+
+namespace ork2 {
+
+namespace {
+
+// What one line asks for, or what is wrong with it.
+struct Line
+{
+    std::optional<ScriptStep> step;
+    bool repeats = false;
+    QString error;
+};
+
+Line wrong(const QString &error)
+{
+    return {.step = std::nullopt, .repeats = false, .error = error};
+}
+
+Line playing(Step step, int times = 1)
+{
+    return {.step = ScriptStep{std::move(step), times}, .repeats = false, .error = {}};
+}
+
+QString quoted(const QByteArray &word)
+{
+    return QStringLiteral("\"%1\"").arg(QString::fromUtf8(word));
+}
+
+// Digits only: no sign, no blanks.
+std::optional<int> wholeNumber(const QByteArray &word, int lowest, int highest)
+{
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    bool isNumber = false;
+    const int number = word.toInt(&isNumber);
+    if (!isNumber || !std::all_of(word.begin(), word.end(), isDigit) || number < lowest
+        || number > highest) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+Line readingLine(const QList<QByteArray> &words)
+{
+    if (words.size() < 4 || words.size() > 5) {
+        return wrong(
+            QStringLiteral("\"reading\" takes a channel, two heights and, if need be, xN"));
+    }
+    if (words[1].size() != 1 || !wholeNumber(words[1], 0, 9)) {
+        return wrong(QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
+    }
+
+    Reading reading{words[1].front(), 0, 0};
+    for (auto [word, height] :
+        {std::pair(words[2], &reading.firstLayer), std::pair(words[3], &reading.secondLayer)}) {
+        const std::optional<int> number = wholeNumber(word, 0, kHighestHeight);
+        if (!number) {
+            return wrong(QStringLiteral("a height must be a whole number from 0 to %1, not %2")
+                             .arg(kHighestHeight)
+                             .arg(quoted(word)));
+        }
+        *height = *number;
+    }
+
+    std::optional<int> times = 1;
+    if (words.size() == 5) {
+        times =
+            words[4].startsWith('x') ? wholeNumber(words[4].mid(1), 1, kMostTimes) : std::nullopt;
+        if (!times) {
+            return wrong(QStringLiteral("the repetition must be x1 to x%1, not %2")
+                             .arg(kMostTimes)
+                             .arg(quoted(words[4])));
+        }
+    }
+    return playing(Transmission{readingFrame(reading)}, *times);
+}
+
+Line bytesLine(const QList<QByteArray> &words)
+{
+    QByteArray bytes;
+    for (const QByteArray &word : words.mid(1)) {
+        const QByteArray decoded = QByteArray::fromHex(word);
+        // fromHex() skips what is no digit; writing back shows whether it did.
+        if (decoded.toHex() != word.toLower()) {
+            return wrong(QStringLiteral("%1 is not made of bytes, two hexadecimal digits each")
+                             .arg(quoted(word)));
+        }
+        bytes += decoded;
+    }
+    if (bytes.isEmpty() || bytes.size() > kMostScriptBytes) {
+        return wrong(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMostScriptBytes));
+    }
+    return playing(Transmission{bytes});
+}
+
+Line pauseLine(const QList<QByteArray> &words)
+{
+    const auto longest = static_cast<int>(kLongestPause.count());
+    const std::optional<int> number =
+        words.size() == 2 ? wholeNumber(words[1], 0, longest) : std::nullopt;
+    if (!number) {
+        return wrong(QStringLiteral("%1 takes one whole number of milliseconds from 0 to %2")
+                         .arg(quoted(words[0]))
+                         .arg(longest));
+    }
+    const std::chrono::milliseconds duration(*number);
+    return words[0] == "silence" ? playing(Silence{duration}) : playing(Unplugging{duration});
+}
+
+Line repeatLine(const QList<QByteArray> &words)
+{
+    if (words.size() > 1) {
+        return wrong(QStringLiteral("\"repeat\" stands alone"));
+    }
+    return {.step = std::nullopt, .repeats = true, .error = {}};
+}
+
+Line parseLine(const QList<QByteArray> &words)
+{
+    const QByteArray &command = words.front();
+    if (command == "reading") {
+        return readingLine(words);
+    }
+    if (command == "bytes") {
+        return bytesLine(words);
+    }
+    if (command == "silence" || command == "unplug") {
+        return pauseLine(words);
+    }
+    if (command == "repeat") {
+        return repeatLine(words);
+    }
+    return wrong(QStringLiteral("there is no command %1").arg(quoted(command)));
+}
+
+bool transmits(const Script &script)
+{
+    return std::any_of(script.steps.begin(), script.steps.end(),
+        [](const ScriptStep &step) { return std::holds_alternative<Transmission>(step.step); });
+}
+
+// Adds the line to the script; the text is what hinders, if anything does.
+QString addLine(Script &script, Line line)
+{
+    if (!line.error.isEmpty()) {
+        return line.error;
+    }
+    if (script.repeats) {
+        return QStringLiteral("nothing may follow \"repeat\"");
+    }
+    if (line.repeats && !transmits(script)) {
+        return QStringLiteral("\"repeat\" needs a reading or bytes before it");
+    }
+    script.repeats = line.repeats;
+    if (line.step) {
+        script.steps.push_back(std::move(*line.step));
+    }
+    return {};
+}
+
+} // namespace
+
+QString scenarioFileHelp()
+{
+    return QStringLiteral(
+        "Scenario file, one step a line:\n"
+        "  reading CHANNEL FIRST SECOND [xN]  a reading: channel digit, heights 0 to 9999, N "
+        "times\n"
+        "  bytes HEX...                       any bytes, in place of a reading\n"
+        "  silence MS                         a pause, on top of the period\n"
+        "  unplug MS                          the cable is pulled and comes back after MS\n"
+        "  repeat                             as last line: from the start, without end\n"
+        "  # comment                          to the end of the line; empty lines are skipped\n"
+        "Example:\n"
+        "  reading 0 850 1500 x10\n"
+        "  bytes 48 30 0D  # a torn reading\n"
+        "  silence 6000\n"
+        "  repeat\n");
+}
+
+ScriptResult parseScenarioFile(const QByteArray &text, const QString &fileName)
+{
+    ScriptResult result;
+    int lineNumber = 0;
+    for (const QByteArray &line : text.split('\n')) {
+        ++lineNumber;
+        const QByteArray content = line.split('#').constFirst().simplified();
+        if (content.isEmpty()) {
+            continue;
+        }
+        const QString error = addLine(result.script, parseLine(content.split(' ')));
+        if (!error.isEmpty()) {
+            return {{}, QStringLiteral("%1:%2: %3").arg(fileName).arg(lineNumber).arg(error)};
+        }
+    }
+    if (result.script.steps.empty()) {
+        result.error = QStringLiteral("%1: there is nothing to play").arg(fileName);
+    }
+    return result;
+}
+
+} // namespace ork2

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "scenario.h"
+
+#include <QString>
+
+#include <vector>
+
+namespace ork2 {
+
+struct ScriptStep
+{
+    Step step;
+    int times = 1;
+};
+
+// Steps that are known beforehand.
+struct Script
+{
+    std::vector<ScriptStep> steps;
+    bool repeats = false; // from the first step on, without end
+};
+
+// What reading a file gives: a script, or why there is none.
+struct ScriptResult
+{
+    Script script;
+    QString error; // empty: the script holds; else a whole sentence part for the user
+};
+
+class ScriptScenario : public Scenario
+{
+public:
+    explicit ScriptScenario(Script script);
+
+    [[nodiscard]] std::optional<Step> next() override;
+
+private:
+    Script m_script;
+    std::size_t m_at = 0;
+    int m_timesPlayed = 0;
+};
+
+} // namespace ork2
