@@ -14,10 +14,8 @@
 
 namespace {
 
-int runTerminal(int argc, char **argv)
+int runTerminal(QApplication &application)
 {
-    // One application object; a second one stacked on it would crash at exit.
-    QApplication application(argc, argv);
     ork2::registerOdbcDriverAlias();
     Receiver::registerType();
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/img/logokas_p9x_2.ico")));
@@ -47,9 +45,11 @@ int runTerminal(int argc, char **argv)
 
 int main(int argc, char *argv[])
 {
-    const int status = runTerminal(argc, argv);
-    // The worker thread is not stopped and may be in the middle of a frame: the process ends under
-    // it at once, before static objects that it uses are destroyed.
+    // One application object; a second one stacked on it would crash at exit.
+    QApplication application(argc, argv);
+    const int status = runTerminal(application);
+    // The worker thread is not stopped and goes on delivering events: the process ends under it at
+    // once, while the application and the static objects that it uses still stand.
     std::fflush(nullptr);
     std::_Exit(status);
 }

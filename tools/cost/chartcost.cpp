@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the main window costs while a measurement runs, one reading a second:
+// What the windows cost while a measurement runs, one reading a second:
 //
 //   tests/with-display build/release/tools/cost/ork2-chartcost [--points N] [--range SECONDS]
-//       [--seconds S] [--varying] [--grab FILE]
+//       [--seconds S] [--varying] [--idle] [--panel] [--grab FILE]
 //
 // Both series are given N points (60), 10 s apart and ending now; then the start button is pressed
 // and the measurement played for S (60) seconds without an instrument: a reading each second, a
 // plotted point each 10 s. The heights stay the same, or change with each reading (--varying: the
-// read-outs pulse then). Width of the time window: 600, 3600 or 10800 seconds. Printed in one line:
-// processor seconds a minute, frames, longest frame, longest stall of the interface thread,
-// resident memory. The first five seconds, with the animations of the start, do not count. --grab
-// keeps a picture of the window's last state.
+// read-outs pulse then). Width of the time window: 600, 3600 or 10800 seconds. With --idle nothing
+// is measured; --panel shows the control panel too. Printed in one line: processor seconds a
+// minute, frames of the windows shown, longest frame, longest stall of the interface thread,
+// wake-ups of all threads a second, resident memory. The first five seconds, with the animations of
+// the start, do not count. --grab keeps a picture of the window's last state.
 #include "mainbackend.h"
 #include "settings.h"
 #include "sharedvalues.h"
@@ -20,6 +21,7 @@
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDateTime>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QQmlApplicationEngine>
@@ -31,6 +33,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <sys/resource.h>
 
 namespace {
@@ -47,6 +50,25 @@ double processorSeconds()
         return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
     };
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+// Times that a thread of this process went to sleep and was woken.
+qint64 wakeUps()
+{
+    qint64 sum = 0;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    const QStringList threads = tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString &thread : threads) {
+        QFile file(tasks.filePath(thread + QStringLiteral("/status")));
+        if (!file.open(QIODevice::ReadOnly)) {
+            continue;
+        }
+        const QByteArray status = file.readAll();
+        const QByteArray key = "\nvoluntary_ctxt_switches:";
+        const auto at = status.indexOf(key) + key.size();
+        sum += status.mid(at, status.indexOf('\n', at) - at).trimmed().toLongLong();
+    }
+    return sum;
 }
 
 double residentMegabytes()
@@ -110,7 +132,10 @@ int main(int argc, char *argv[])
     const QCommandLineOption grabOption(
         QStringLiteral("grab"), QString(), QStringLiteral("file"), QString());
     const QCommandLineOption varyingOption(QStringLiteral("varying"));
-    parser.addOptions({pointsOption, rangeOption, secondsOption, grabOption, varyingOption});
+    const QCommandLineOption idleOption(QStringLiteral("idle"));
+    const QCommandLineOption panelOption(QStringLiteral("panel"));
+    parser.addOptions({pointsOption, rangeOption, secondsOption, grabOption, varyingOption,
+        idleOption, panelOption});
     parser.process(app);
     const int points = parser.value(pointsOption).toInt();
     const int seconds = parser.value(secondsOption).toInt();
@@ -137,7 +162,11 @@ int main(int argc, char *argv[])
     }
     fill(first, second, points);
     auto *startButton = window->findChild<QObject *>(QStringLiteral("startButton"));
-    startButton->setProperty("checked", true);
+    const bool idle = parser.isSet(idleOption);
+    startButton->setProperty("checked", !idle);
+    if (parser.isSet(panelOption)) {
+        Q_EMIT backEnd.openControlPanel();
+    }
 
     qint64 tick = points;
     QTimer readings;
@@ -149,25 +178,32 @@ int main(int argc, char *argv[])
             QString::number(std::lround(secondHeight(tick))));
         noReplyCounter.storeRelaxed(kAnsweringButNotRecorded);
     });
-    readings.start();
+    if (!idle) {
+        readings.start();
+    }
 
     int frames = 0;
     double longestFrame = 0;
     double longestStall = 0;
     double startCost = 0;
+    qint64 startWakeUps = 0;
     QElapsedTimer sinceProbe;
-    QElapsedTimer frameTime;
-    QObject::connect(
-        window, &QQuickWindow::beforeSynchronizing, window, [&] { frameTime.start(); },
-        Qt::DirectConnection);
-    QObject::connect(
-        window, &QQuickWindow::frameSwapped, window,
-        [&] {
-            ++frames;
-            longestFrame =
-                std::max(longestFrame, static_cast<double>(frameTime.nsecsElapsed()) / 1e6);
-        },
-        Qt::DirectConnection);
+    const QList<QQuickWindow *> windows = {
+        window, window->findChild<QQuickWindow *>(QStringLiteral("controlPanel"))};
+    for (QQuickWindow *shown : windows) {
+        const auto frameTime = std::make_shared<QElapsedTimer>();
+        QObject::connect(
+            shown, &QQuickWindow::beforeSynchronizing, window, [=] { frameTime->start(); },
+            Qt::DirectConnection);
+        QObject::connect(
+            shown, &QQuickWindow::frameSwapped, window,
+            [=, &frames, &longestFrame] {
+                ++frames;
+                longestFrame =
+                    std::max(longestFrame, static_cast<double>(frameTime->nsecsElapsed()) / 1e6);
+            },
+            Qt::DirectConnection);
+    }
     QTimer probe;
     probe.setTimerType(Qt::PreciseTimer);
     probe.setInterval(kStallProbeMs);
@@ -182,14 +218,19 @@ int main(int argc, char *argv[])
         sinceProbe.start();
         probe.start();
         startCost = processorSeconds();
+        startWakeUps = wakeUps();
     });
     QTimer::singleShot(kSettleMs + 1000 * seconds, Qt::PreciseTimer, window, [&] {
         const double cost = processorSeconds() - startCost;
-        QTextStream(stdout) << "points " << points << "  range " << backEnd.xMinRange()
+        const auto woken = static_cast<double>(wakeUps() - startWakeUps) / seconds;
+        QTextStream(stdout) << (idle ? "idle  " : "measuring  ")
+                            << (parser.isSet(panelOption) ? "control panel shown  " : "")
+                            << "points " << points << "  range " << backEnd.xMinRange()
                             << " s  processor " << QString::number(cost * 60 / seconds, 'f', 1)
                             << " s/min  frames " << frames << "  longest frame "
                             << QString::number(longestFrame, 'f', 0) << " ms  longest stall "
-                            << QString::number(longestStall, 'f', 0) << " ms  memory "
+                            << QString::number(longestStall, 'f', 0) << " ms  wake-ups "
+                            << QString::number(woken, 'f', 0) << "/s  memory "
                             << QString::number(residentMegabytes(), 'f', 0) << " MB\n";
         if (parser.isSet(grabOption)) {
             window->grabWindow().save(parser.value(grabOption));
