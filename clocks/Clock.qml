@@ -60,7 +60,7 @@ Item {
                 // Without the epsilon the spring would swing, unseen, until the next second.
                 SpringAnimation {
                     damping: 0.2
-                    epsilon: 0.1
+                    epsilon: 0.25
                     modulus: 360
                     spring: 2
                 }

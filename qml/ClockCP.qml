@@ -51,7 +51,11 @@ Window {
             target: effect.source
         }
 
+        // Said again with every reading; a lamp that already shows it is left in peace.
         function show(on) {
+            if (on === lit) {
+                return;
+            }
             lit = on;
             fade.to = on ? "#44ea44" : "#6f6f6f";
             fade.restart();

@@ -327,7 +327,8 @@ Item {
 
         function test_hands_atRest_stayAtRest() {
             showTime("2026-11-21T10:20:31Z");
-            wait(950);
+            tryVerify(() => hand("secondHand").angle === 186, 5000);
+            wait(100);
             compare(hand("secondHand").angle, 186);
         }
 

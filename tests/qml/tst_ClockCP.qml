@@ -379,6 +379,8 @@ Item {
             compare(effect.blurEnabled, true);
             fuzzyCompare(effect.brightness, 0.3, 0.001);
             compare(effect.Accessible.description, "горит");
+            mainBackEnd[row.told](true);
+            verify(!effect.fade.running, "a lit lamp is lit anew");
             for (const other of testCase.lampTable) {
                 if (other !== row)
                     compare(panel[other.kept], other.kept === row.kept);
