@@ -102,8 +102,9 @@ void tst_windows::initTestCase()
         ->findChild<QObject *>(QStringLiteral("startButton"))
         ->setProperty("checked", true);
     m_terminal->backEnd().showTheCloud(QStringLiteral("0840"), QStringLiteral("1560"));
+    QTest::qWait(6000); // titles fade in for 5 s, the grid for 3 s; nothing tells their end
     plotSomeHours();
-    QTest::qWait(7000); // titles fade in for 5 s, dots for 3 s; nothing tells their end
+    QTest::qWait(1000);
     // In place of the missing port's message.
     m_terminal->backEnd().sendCounter(QStringLiteral("[12:08:36.000]:\tПолучено сообщение: 0x48 "
                                                      "0x30 0x30 0x38 0x34 0x30 0x31 0x35 0x36 0x30 "
