@@ -9,6 +9,7 @@
 #include "sharedvalues.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDir>
@@ -17,10 +18,14 @@
 #include <QThread>
 #include <QUrl>
 
+#include <atomic>
+#include <memory>
+
 namespace {
 
 constexpr double kNoValue = ork2::kNoValueHeight;
 constexpr double kAboveReadings = ork2::kNoValueHeight + 1; // heights below this are readings
+constexpr auto kReleaseTime = std::chrono::milliseconds(500);
 constexpr quint16 kAdapterIdBits = 0x6001;
 
 const QString kDashes = QStringLiteral("----");
@@ -75,11 +80,31 @@ mainBackEnd::mainBackEnd(QObject *parent)
 
 mainBackEnd::~mainBackEnd()
 {
+    releasePort();
     if (m_logAxisY != nullptr) {
         m_logAxisY->deleteLater();
     }
     if (m_lineAxisY != nullptr) {
         m_lineAxisY->deleteLater();
+    }
+}
+
+// The worker's thread is left running, but the port is closed: an open port leaves its lock file
+// behind, which keeps other users' programs from the port. A worker that hangs in its driver is not
+// waited for.
+void mainBackEnd::releasePort()
+{
+    if (m_comPort == nullptr) {
+        return;
+    }
+    const auto released = std::make_shared<std::atomic_bool>(false);
+    QMetaObject::invokeMethod(m_comPort, [port = m_comPort.data(), released] {
+        port->DisconnectPort();
+        *released = true;
+    });
+    const QDeadlineTimer deadline(kReleaseTime);
+    while (!*released && !deadline.hasExpired()) {
+        QThread::msleep(1);
     }
 }
 

@@ -141,6 +141,7 @@ private:
     void keepTickInMidSecond(QTime now);
     void blankError(QString &firstText, QString &secondText);
     void showRange(int seconds, const QString &name);
+    void releasePort();
 
     bool m_workerRunning = false;
     QString m_unitNumber;
@@ -163,7 +164,7 @@ private:
 
     QDateTime (*m_now)() = &QDateTime::currentDateTime;
     QThread *m_workerThread = nullptr;
-    ComPort *m_comPort = nullptr;
+    QPointer<ComPort> m_comPort;
     convertData *m_convertData = nullptr;
     datalogger *m_datalogger = nullptr;
 };

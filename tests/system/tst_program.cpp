@@ -3,6 +3,7 @@
 #include "profile.h"
 #include "pseudoterminal.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -38,6 +39,8 @@ private Q_SLOTS:
 private:
     void start();
     [[nodiscard]] QString findWindow();
+    // Whether the toolkit's lock file says that the line is in use.
+    [[nodiscard]] bool isLineLocked() const;
     // What a sanitizer found; the worker's log goes on behind it.
     [[nodiscard]] QByteArray reports() const;
 
@@ -95,6 +98,12 @@ QString tst_program::findWindow()
     return found ? window : QString();
 }
 
+bool tst_program::isLineLocked() const
+{
+    const QString device = m_line.path().mid(5).replace(u'/', u'_'); // behind "/dev/"
+    return QFile::exists(QStringLiteral("/var/lock/LCK..") + device);
+}
+
 QByteArray tst_program::reports() const
 {
     QByteArray found;
@@ -126,6 +135,7 @@ void tst_program::measurement_running_closingEndsWithZero_50times()
                     [this] { return m_log.contains("First layer of cloud altitude: 1234"); }, 3000);
             },
             kPatienceMs));
+        QVERIFY(isLineLocked());
         run(QStringLiteral("xdotool"),
             {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
                 QStringLiteral("key"), QStringLiteral("alt+F4")});
@@ -134,6 +144,7 @@ void tst_program::measurement_running_closingEndsWithZero_50times()
             "round " + QByteArray::number(round) + ":\n" + reports() + m_log.right(1000);
         QVERIFY2(m_program->exitStatus() == QProcess::NormalExit, end);
         QVERIFY2(m_program->exitCode() == 0, end);
+        QVERIFY2(!isLineLocked(), end);
         QVERIFY2(!m_log.contains("No such slot") && !m_log.contains("No such signal"), end);
         QVERIFY2(!m_log.contains("TypeError") && !m_log.contains("ReferenceError"), end);
     }
