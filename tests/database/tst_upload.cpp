@@ -25,6 +25,8 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -33,6 +35,15 @@ constexpr int kOpenLimitMs = ork2::kLoginTimeoutSeconds * 1000;
 constexpr int kInsertLimitMs = ork2::kInsertTimeoutSeconds * 1000;
 constexpr int kPatienceMs = 30000;
 constexpr double kHeldUpLimitMs = 50.0;
+
+// Threads that want to run for each core, 1 or more: on a crowded machine a lock's holder may
+// itself wait for its turn.
+double crowding()
+{
+    double load = 0;
+    getloadavg(&load, 1);
+    return std::max(1.0, load / QThread::idealThreadCount());
+}
 
 const QString kConnectionFailed = QStringLiteral("SQL connection failed!");
 const QString kDataFailed = QStringLiteral("SQL data failed!");
@@ -186,7 +197,7 @@ void tst_upload::verifyNothingIsLeft()
     QCOMPARE(DataloggerProbe(*m_writer).uploadThread(), nullptr);
     QCOMPARE(DataloggerProbe(*m_writer).uploader(), nullptr);
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
-    QVERIFY2(m_watch->longestWaitMs() < kHeldUpLimitMs,
+    QVERIFY2(m_watch->longestWaitMs() < kHeldUpLimitMs * crowding(),
         qPrintable(QString::number(m_watch->longestWaitMs())));
 }
 

@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QQmlContext>
 #include <QQuickWindow>
+#include <QScatterSeries>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void unpluggedLine_isTold_andStartReopens();
     void missingPort_isTold_andWindowLives();
     void lostStep_closesPort_stopAndStartCure();
+    void point10321_thinsBothSeriesOnce();
     void brokenDocument_endsWithMinusOne();
 
 private:
@@ -249,6 +251,34 @@ void tst_terminal::lostStep_closesPort_stopAndStartCure()
     startAndWaitForPort();
     send(QByteArrayLiteral("H003000400\r"));
     QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
+}
+
+void tst_terminal::point10321_thinsBothSeriesOnce()
+{
+    constexpr int kOneShort = ork2::kSeriesCapacity - 1;
+    QList<QPointF> points;
+    for (int i = 0; i < kOneShort; ++i) {
+        points << QPointF(
+            static_cast<qreal>(g_now.addSecs(10LL * (i - kOneShort)).toMSecsSinceEpoch()), 1500);
+    }
+    auto *first = qobject_cast<QScatterSeries *>(item("fLayerCloudSeries"));
+    auto *second = qobject_cast<QScatterSeries *>(item("sLayerCloudSeries"));
+    QVERIFY(first != nullptr && second != nullptr);
+    first->replace(points);
+    second->replace(points);
+    QSignalSpy thinned(&m_terminal->backEnd(), &mainBackEnd::clearGraphData);
+
+    probe().tickPlot();
+    QCOMPARE(first->count(), 10320);
+    QCOMPARE(second->count(), 10320);
+    QCOMPARE(thinned.count(), 0);
+
+    probe().tickPlot();
+    QCOMPARE(thinned.count(), 1);
+    QCOMPARE(first->count(), 8321);
+    QCOMPARE(second->count(), 8321);
+    QCOMPARE(first->at(0), points.at(2000));
+    QCOMPARE(second->at(0), points.at(2000));
 }
 
 void tst_terminal::brokenDocument_endsWithMinusOne()
