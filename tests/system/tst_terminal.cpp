@@ -43,10 +43,13 @@ private Q_SLOTS:
     void unpluggedLine_isTold_andStartReopens();
     void missingPort_isTold_andWindowLives();
     void lostStep_closesPort_stopAndStartCure();
+    void choices_areInUseAfterARestart();
     void point10321_thinsBothSeriesOnce();
     void brokenDocument_endsWithMinusOne();
 
 private:
+    void load();
+    void click(const char *window, const char *button) const;
     [[nodiscard]] QObject *item(const char *id) const;
     [[nodiscard]] QString shown(const char *property) const;
     void press(bool start) const;
@@ -70,8 +73,18 @@ void tst_terminal::init()
     profile::store(ork2::kNamePath, m_base->path());
     profile::store(ork2::kUnitNumber, QStringLiteral("17"));
     profile::store(ork2::kPortToShow, m_line.path());
-    noReplyCounter.storeRelaxed(0);
     m_log = std::make_unique<LogCapture>();
+    load();
+}
+
+// Starts the program anew, as far as the store and the files are concerned.
+void tst_terminal::load()
+{
+    if (m_terminal) {
+        probe().endWorker();
+    }
+    m_terminal.reset();
+    noReplyCounter.storeRelaxed(0);
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     QCOMPARE(m_terminal->engine().rootObjects().size(), 1);
     m_window = m_terminal->engine().rootObjects().constFirst();
@@ -89,6 +102,13 @@ void tst_terminal::cleanup()
     const QStringList warnings = m_log->warnings();
     m_log.reset();
     QCOMPARE(warnings.join(u'\n'), QString());
+}
+
+void tst_terminal::click(const char *window, const char *button) const
+{
+    auto *found = item(window)->findChild<QObject *>(QString::fromLatin1(button));
+    QVERIFY(found != nullptr);
+    QVERIFY(QMetaObject::invokeMethod(found, "clicked"));
 }
 
 QObject *tst_terminal::item(const char *id) const
@@ -251,6 +271,29 @@ void tst_terminal::lostStep_closesPort_stopAndStartCure()
     startAndWaitForPort();
     send(QByteArrayLiteral("H003000400\r"));
     QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
+}
+
+void tst_terminal::choices_areInUseAfterARestart()
+{
+    ork2::PseudoTerminal otherLine;
+    QVERIFY(otherLine.open());
+    item("numberWindow")->setProperty("uNumber", QStringLiteral("23"));
+    item("numberWindow")->setProperty("uYear", QStringLiteral("2026"));
+    click("numberWindow", "saveButton");
+    QCOMPARE(shown("unitNum"), QStringLiteral("23"));
+    item("sWindow")->setProperty("portNum", otherLine.path());
+    click("sWindow", "exitButton");
+
+    load();
+    QCOMPARE(shown("unitNum"), QStringLiteral("23"));
+    QCOMPARE(shown("unitYr"), QStringLiteral("2026"));
+    startAndWaitForPort();
+    QCOMPARE(otherLine.write(QByteArrayLiteral("H000500000\r")), 11);
+    QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0050"));
+    g_now.setTime(QTime(12, 34, 0, 500));
+    probe().tickSave();
+    QVERIFY(QFile::exists(m_base->filePath(QStringLiteral("Data/ORK-2 N23/2026.11.15.txt"))));
+    QVERIFY(dayFile().isEmpty());
 }
 
 void tst_terminal::point10321_thinsBothSeriesOnce()
