@@ -18,6 +18,8 @@ int runTerminal(QApplication &application)
 {
     ork2::registerOdbcDriverAlias();
     Receiver::registerType();
+    // Desktops find the menu entry, and with it the icon in their task bar, by this name.
+    QGuiApplication::setDesktopFileName(QStringLiteral("ork2-terminal"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/img/logokas_p9x_2.ico")));
 
     QPixmap pixmap(QStringLiteral(":/img/logoKAS.png"));

@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QProcess>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void cleanup();
 
     void measurement_running_closingEndsWithZero_50times();
+    void window_shown_carriesClassOfMenuEntry();
     void document_cannotBeLoaded_endsWithMinusOne();
 
 private:
@@ -155,6 +157,19 @@ void tst_program::measurement_running_closingEndsWithZero_50times()
         QVERIFY2(!m_log.contains("No such slot") && !m_log.contains("No such signal"), end);
         QVERIFY2(!m_log.contains("TypeError") && !m_log.contains("ReferenceError"), end);
     }
+}
+
+void tst_program::window_shown_carriesClassOfMenuEntry()
+{
+    const QSettings entry(QStringLiteral(MENU_ENTRY), QSettings::IniFormat);
+    const QString expected = entry.value(QStringLiteral("Desktop Entry/StartupWMClass")).toString();
+    QVERIFY(!expected.isEmpty());
+    start();
+    const QString window = findWindow();
+    QVERIFY2(!window.isEmpty(), m_log.right(2000));
+    const QString shown = run(QStringLiteral("xprop"),
+        {QStringLiteral("-id"), window, QStringLiteral("-notype"), QStringLiteral("WM_CLASS")});
+    QCOMPARE(shown, QStringLiteral("WM_CLASS = \"%1\", \"%1\"").arg(expected));
 }
 
 void tst_program::document_cannotBeLoaded_endsWithMinusOne()

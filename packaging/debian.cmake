@@ -1,0 +1,95 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The program keeps settings/ and Data/ beside itself, hence a folder of its own below /opt; the rest
+# of the system finds it through links, so everything is installed from the root folder.
+
+if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
+    set_property(CACHE CMAKE_INSTALL_PREFIX PROPERTY VALUE /)
+endif()
+set(folder opt/ork2-terminal)
+set(documents usr/share/doc/ork2-terminal)
+
+install(TARGETS ork2-terminal ork2-simulator RUNTIME DESTINATION ${folder})
+install(FILES ${PROJECT_SOURCE_DIR}/settings/settings.txt DESTINATION ${folder}/settings)
+set(programs ork2-terminal ork2-simulator)
+if(EXISTS ${PROJECT_SOURCE_DIR}/tools/diagnose)
+    install(PROGRAMS ${PROJECT_SOURCE_DIR}/tools/diagnose
+        DESTINATION ${folder} RENAME ork2-diagnose)
+    list(APPEND programs ork2-diagnose)
+endif()
+
+# Links and compressed files do not exist in the sources: they are made here, below the build folder.
+set(made ${CMAKE_CURRENT_BINARY_DIR}/made)
+function(ork2_install_compressed source destination name)
+    set(target ${made}/${destination}/${name}.gz)
+    add_custom_command(OUTPUT ${target}
+        COMMAND ${CMAKE_COMMAND} -E make_directory ${made}/${destination}
+        COMMAND gzip -9nc ${source} > ${target}
+        DEPENDS ${source}
+        VERBATIM)
+    set_property(DIRECTORY APPEND PROPERTY ork2_compressed ${target})
+    install(FILES ${target} DESTINATION ${destination})
+endfunction()
+
+file(MAKE_DIRECTORY ${made}/usr/bin)
+foreach(program IN LISTS programs)
+    file(CREATE_LINK /${folder}/${program} ${made}/usr/bin/${program} SYMBOLIC)
+    install(FILES ${made}/usr/bin/${program} DESTINATION usr/bin)
+    foreach(language "" ru/)
+        set(page ${CMAKE_CURRENT_SOURCE_DIR}/man/${language}${program}.1)
+        if(EXISTS ${page})
+            ork2_install_compressed(${page} usr/share/man/${language}man1 ${program}.1)
+        endif()
+    endforeach()
+endforeach()
+ork2_install_compressed(${CMAKE_CURRENT_SOURCE_DIR}/debian/changelog ${documents} changelog)
+get_directory_property(compressed ork2_compressed)
+add_custom_target(ork2_compressed ALL DEPENDS ${compressed})
+
+install(FILES ork2-terminal.desktop DESTINATION usr/share/applications)
+install(FILES ru.kastor.ork2_terminal.metainfo.xml DESTINATION usr/share/metainfo)
+foreach(side 16 24 32 48 64 128 256 512)
+    install(FILES icons/${side}.png
+        DESTINATION usr/share/icons/hicolor/${side}x${side}/apps RENAME ork2-terminal.png)
+endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/art/icon.svg
+    DESTINATION usr/share/icons/hicolor/scalable/apps RENAME ork2-terminal.svg)
+
+install(FILES debian/copyright DESTINATION ${documents})
+# The compiled-in fonts are the build machine's; their packages say under which terms.
+foreach(font fonts-urw-base35 fonts-osifont)
+    install(FILES /usr/share/doc/${font}/copyright
+        DESTINATION ${documents} RENAME copyright.${font} OPTIONAL)
+endforeach()
+install(FILES debian/lintian-overrides DESTINATION usr/share/lintian/overrides
+    RENAME ork2-terminal)
+
+# What the program loads at run time is on the one list of packages, section [run]; the libraries it
+# is linked with are found in the program itself.
+set(package_list ${CMAKE_CURRENT_SOURCE_DIR}/debian-packages.txt)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${package_list})
+file(STRINGS ${package_list} lines)
+set(section "")
+set(run_packages "")
+foreach(line IN LISTS lines)
+    string(REGEX REPLACE "#.*" "" line "${line}")
+    string(STRIP "${line}" line)
+    if(line MATCHES "^\\[(.*)\\]$")
+        set(section ${CMAKE_MATCH_1})
+    elseif(section STREQUAL "run" AND NOT line STREQUAL "")
+        list(APPEND run_packages "${line}")
+    endif()
+endforeach()
+list(JOIN run_packages ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT) # ork2-terminal_2.2.4_amd64.deb
+set(CPACK_DEBIAN_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
+set(CPACK_PACKAGING_INSTALL_PREFIX /)
+set(control ${CMAKE_CURRENT_SOURCE_DIR}/debian)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${control}/conffiles ${control}/postinst ${control}/postrm)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+# Folders that are made while packing must not take the umask of whoever packs.
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
