@@ -14,6 +14,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <memory>
+#include <vector>
+
 namespace {
 
 QDateTime g_now;
@@ -44,9 +47,7 @@ public:
         for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
             const QMetaMethod signal = meta->method(i);
             if (signal.methodType() == QMetaMethod::Signal) {
-                auto *spy = new QSignalSpy(&sender, signal);
-                spy->setParent(this);
-                m_spies.append(spy);
+                m_spies.push_back(std::make_unique<QSignalSpy>(&sender, signal));
                 QMetaObject::connect(
                     &sender, i, this, staticMetaObject.indexOfSlot("note()"), Qt::DirectConnection);
             }
@@ -64,7 +65,7 @@ private Q_SLOTS:
     void note()
     {
         const QMetaMethod signal = sender()->metaObject()->method(senderSignalIndex());
-        for (QSignalSpy *spy : qAsConst(m_spies)) {
+        for (const auto &spy : m_spies) {
             if (signal.methodSignature() == QMetaObject::normalizedSignature(spy->signal())) {
                 m_order << textOf(signal, spy->constLast()).join(u' ');
             }
@@ -72,7 +73,7 @@ private Q_SLOTS:
     }
 
 private:
-    QList<QSignalSpy *> m_spies;
+    std::vector<std::unique_ptr<QSignalSpy>> m_spies;
     QStringList m_order;
 };
 

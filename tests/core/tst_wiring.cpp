@@ -16,6 +16,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <utility>
+
 using namespace std::chrono_literals;
 
 class tst_wiring : public QObject
@@ -374,7 +376,7 @@ void tst_wiring::splash_percentage_climbsTo99AtMost()
         qPrintable(messages.first()));
     QVERIFY2(messages.size() > 20, QByteArray::number(messages.size()));
     int last = 0;
-    for (const QString &message : qAsConst(messages)) {
+    for (const QString &message : std::as_const(messages)) {
         const QString digits = message.section(u' ', 1).chopped(1);
         QCOMPARE(message, QStringLiteral("Загружено: %1%").arg(digits));
         QVERIFY(digits.toInt() >= last && digits.toInt() <= 99);
