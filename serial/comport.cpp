@@ -54,6 +54,7 @@ QString messageText(const QByteArray &frame)
 ComPort::ComPort(QObject *parent)
     : QObject(parent)
     , m_timer(new QTimer(this))
+    , m_watch(this)
 {
     // Bounded from the start: with two frames waiting at the first read event, an unbounded buffer
     // would hold 22 bytes, never 11, and reading would never begin.
@@ -64,6 +65,12 @@ ComPort::ComPort(QObject *parent)
     // Without this a pulled adapter would stay "open" and silent.
     connect(&m_port, SIGNAL(errorOccurred(QSerialPort::SerialPortError)), this,
         SLOT(handleError(QSerialPort::SerialPortError)));
+    // A device that vanished reads as ended without end, which the toolkit tells as one error or
+    // another or not at all. Asked for its signals, the port meets the real error and tells it as a
+    // ResourceError; a pseudo-terminal, which has no signals, tells something that is ignored.
+    m_watch.setInterval(ork2::kPortWatchMs);
+    connect(&m_watch, &QTimer::timeout, this, [this] { m_port.pinoutSignals(); });
+    connect(&m_port, &QSerialPort::aboutToClose, &m_watch, &QTimer::stop);
     noReplyCounter.storeRelaxed(0);
 }
 
@@ -95,6 +102,7 @@ void ComPort::ConnectPort()
     m_buffer.clear();
     m_port.clear();
     m_misses = 0;
+    m_watch.start();
     tellLinuxHint();
     if (!configurePort()) {
         tellPortError();
@@ -134,11 +142,6 @@ void ComPort::handleError(QSerialPort::SerialPortError error)
     if (error == QSerialPort::ResourceError && m_port.isOpen()) {
         Q_EMIT error_(m_port.errorString());
         DisconnectPort();
-    } else if (error == QSerialPort::ReadError && m_port.isOpen()) {
-        // A device that vanished reads as ended without end, under the name of whatever failed
-        // last. Asked for its signals, the port meets the real error and tells it as a
-        // ResourceError.
-        m_port.pinoutSignals();
     }
 }
 

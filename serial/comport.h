@@ -10,6 +10,7 @@
 namespace ork2 {
 inline constexpr int kMissesUntilLinkLost = 12; // consecutive reads without a frame
 inline constexpr int kWriteTimeoutMs = 200;
+inline constexpr int kPortWatchMs = 1000; // how often an open port is asked whether it still exists
 }
 
 // The one serial port of the instrument: opens and closes it on request, gathers the instrument's
@@ -94,6 +95,7 @@ private:
     int m_comParity = 0;
     QString m_comName;
     QTimer *m_timer = nullptr; // created, never started
+    QTimer m_watch;            // runs while the port is open
     int m_heaterSetPoint = 0;  // written by HeatTempSet, read by nothing
     bool m_heater = false;     // no slot sets it, so requests carry 0
 };
