@@ -35,8 +35,9 @@ Window {
     onDataCppChanged: portModel.append({
         "textInput": dataCpp
     })
-    // A window that is closed ceases to be active without a signal of it.
-    onVisibleChanged: followActivity()
+    // A window that is closed ceases to be active without a signal of it, with some versions of the
+    // toolkit a moment later.
+    onVisibleChanged: Qt.callLater(followActivity)
 
     FontLoader {
         source: "qrc:/settings/Fonts/GOST/GOST_B.TTF"

