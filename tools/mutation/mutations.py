@@ -57,7 +57,7 @@ MUTATIONS = [
     ("two minutes' marks", "core/mainbackend.cpp",
      "now.time().second() == 0", "now.time().second() % 30 == 0", "tst_mainbackend"),
     ("the save tick keeps its phase", "core/mainbackend.cpp",
-     "    keepTickInMidSecond(now.time());\n", "", "tst_mainbackend"),
+     "    keepTickWithinSecond(now.time());\n", "", "tst_mainbackend"),
     ("8888 is told like 9999", "core/mainbackend.cpp",
      "            blankError(fLayer, sLayer); // no signal",
      "            Q_EMIT noDataError();\n            blankError(fLayer, sLayer); // no signal",
