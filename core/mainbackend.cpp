@@ -315,8 +315,10 @@ void mainBackEnd::keepTickInMidSecond(QTime now)
     const bool inMiddle = qAbs(now.msec() - kMiddle) <= kTolerance;
     const int interval =
         inMiddle ? ork2::kSaveIntervalMs : ork2::kSaveIntervalMs + kMiddle - now.msec();
-    if (m_saveTimer->isActive() && m_saveTimer->interval() != interval) {
-        m_saveTimer->setInterval(interval);
+    // Started anew even when the interval stays: after a tick that a busy program met late, the
+    // timer would fire at the moment it had planned before, within the same second.
+    if (m_saveTimer->isActive()) {
+        m_saveTimer->start(interval);
     }
 }
 

@@ -8,11 +8,13 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QElapsedTimer>
 #include <QMetaMethod>
 #include <QMetaProperty>
 #include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThread>
 
 #include <memory>
 #include <vector>
@@ -109,6 +111,7 @@ private Q_SLOTS:
     void minuteMark_onlyAtSecondZero();
     void minuteMark_from59To1_isMissed();
     void saveTick_driftingPhase_marksEachMinuteOnce();
+    void saveTick_metLate_marksTheMinuteOnce();
 
     void plotTick_dropsBothValuesThenMovesAxes();
 
@@ -444,6 +447,21 @@ void tst_mainbackend::saveTick_driftingPhase_marksEachMinuteOnce()
         minutes << mark.at(0).toString() + mark.at(1).toString();
     }
     QCOMPARE(minutes.size(), kHours * 60);
+}
+
+void tst_mainbackend::saveTick_metLate_marksTheMinuteOnce()
+{
+    static QElapsedTimer clock;
+    static const QDateTime start(QDate(2026, 11, 15), QTime(12, 33, 58, 500));
+    m_probe->setClock([] { return start.addMSecs(clock.elapsed()); });
+    QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
+    clock.start();
+    m_probe->saveTimer()->start();
+    // Due in the middle of second 59, met in that of second 0.
+    QThread::msleep(1850);
+    QVERIFY(QTest::qWaitFor([] { return clock.elapsed() > 2700; }));
+    m_probe->saveTimer()->stop();
+    QCOMPARE(marks.count(), 1);
 }
 
 void tst_mainbackend::plotTick_dropsBothValuesThenMovesAxes()
