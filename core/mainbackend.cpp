@@ -300,21 +300,21 @@ void mainBackEnd::declareLost()
 void mainBackEnd::timeToSaveData()
 {
     const QDateTime now = m_now();
-    keepTickInMidSecond(now.time());
+    keepTickWithinSecond(now.time());
     if (now.time().second() == 0) {
         Q_EMIT timeToData(now.toString(u"yyyy/MM/dd"), now.toString(u"hh:mm:ss"));
     }
 }
 
 // A tick near the turn of a second may fall on either side of it, and the clock is slewed against
-// the timer over the months: some minute would then get two marks or none.
-void mainBackEnd::keepTickInMidSecond(QTime now)
+// the timer over the months: some minute would then get two marks or none. A tick may come late,
+// but not early, so most of the second lies behind it.
+void mainBackEnd::keepTickWithinSecond(QTime now)
 {
-    constexpr int kMiddle = ork2::kSaveIntervalMs / 2;
+    constexpr int kAim = 300;
     constexpr int kTolerance = 200;
-    const bool inMiddle = qAbs(now.msec() - kMiddle) <= kTolerance;
-    const int interval =
-        inMiddle ? ork2::kSaveIntervalMs : ork2::kSaveIntervalMs + kMiddle - now.msec();
+    const bool near = qAbs(now.msec() - kAim) <= kTolerance;
+    const int interval = near ? ork2::kSaveIntervalMs : ork2::kSaveIntervalMs + kAim - now.msec();
     // Started anew even when the interval stays: after a tick that a busy program met late, the
     // timer would fire at the moment it had planned before, within the same second.
     if (m_saveTimer->isActive()) {

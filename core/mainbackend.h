@@ -138,7 +138,7 @@ private:
     void stopMeasurement();
     void tellStopped();
     void declareLost();
-    void keepTickInMidSecond(QTime now);
+    void keepTickWithinSecond(QTime now);
     void blankError(QString &firstText, QString &secondText);
     void showRange(int seconds, const QString &name);
     void releasePort();

@@ -112,6 +112,7 @@ private Q_SLOTS:
     void minuteMark_from59To1_isMissed();
     void saveTick_driftingPhase_marksEachMinuteOnce();
     void saveTick_metLate_marksTheMinuteOnce();
+    void saveTick_busyForHalfASecond_stillMarks();
 
     void plotTick_dropsBothValuesThenMovesAxes();
 
@@ -462,6 +463,24 @@ void tst_mainbackend::saveTick_metLate_marksTheMinuteOnce()
     QVERIFY(QTest::qWaitFor([] { return clock.elapsed() > 2700; }));
     m_probe->saveTimer()->stop();
     QCOMPARE(marks.count(), 1);
+}
+
+void tst_mainbackend::saveTick_busyForHalfASecond_stillMarks()
+{
+    // For an hour every tick comes a little late, that of a full minute by nearly half a second.
+    m_probe->setClock(playedNow);
+    QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
+    const QDateTime start(QDate(2026, 11, 15), QTime(11, 59, 1, 990));
+    const QDateTime end = start.addSecs(3600);
+    QDateTime due = start;
+    m_probe->saveTimer()->start();
+    while (due < end) {
+        g_now = due.addMSecs(due.time().second() == 0 ? 480 : 2);
+        m_probe->tickSave();
+        due = g_now.addMSecs(m_probe->saveTimer()->interval());
+    }
+    m_probe->saveTimer()->stop();
+    QCOMPARE(marks.count(), 60);
 }
 
 void tst_mainbackend::plotTick_dropsBothValuesThenMovesAxes()
