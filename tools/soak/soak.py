@@ -273,10 +273,17 @@ class Terminal:
         return [text.strip() for text in found]
 
     def open_panel(self):
-        self.click(PANEL_BUTTON)
-        panel = self.find_window(PANEL_TITLE)
+        for attempt in range(4):
+            self.click(PANEL_BUTTON)
+            try:
+                panel = self.find_window(PANEL_TITLE, 8)
+                break
+            except Failure:
+                if attempt == 3 or not self.alive():
+                    raise
         # Both windows are to be seen at once.
-        subprocess.run(["xdotool", "windowmove", panel, "1200", "100"], check=False)
+        for window, x in ((self.window, "20"), (panel, "1100")):
+            subprocess.run(["xdotool", "windowmove", window, x, "100"], check=False)
         return panel
 
     def lamp(self, panel, name):

@@ -31,7 +31,7 @@ namespace {
 
 constexpr double kReadingIntervalMs = 1000.37; // the instrument's clock is not the terminal's
 constexpr int kUsualLatenessMs = 40;
-constexpr int kLongestStallMs = 900; // a longer one may step over a whole second, mark and all
+constexpr int kLongestStallMs = 450; // a longer one may leave second 0, and its mark is lost
 constexpr double kMeanMsBetweenStalls = 3.6e6;
 constexpr int kPatienceMs = 10000;
 constexpr int kThinnedPoints = 2000;
