@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 #include <QDebug>
 #include <QFile>
+#include <QFileInfo>
 #include <QSerialPortInfo>
 
 namespace {
@@ -43,6 +44,9 @@ void settings::readSettingsFile()
     QFile file(QCoreApplication::applicationDirPath() + QStringLiteral("/settings/settings.txt"));
     if (!file.exists()) {
         qDebug() << "File not existed";
+    } else if (!QFileInfo(file).isFile()) {
+        // A pipe would be waited for and a device read without end, with the window standing still.
+        qDebug() << "Settings file is no regular file and is not read";
     } else if (file.size() > kLongestFile) {
         qDebug() << "Settings file is longer than" << kLongestFile << "bytes and is not read";
     } else if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
@@ -51,7 +55,7 @@ void settings::readSettingsFile()
     QByteArray text;
     m_fileRead = file.isOpen();
     if (m_fileRead) {
-        text = file.readAll();
+        text = file.read(kLongestFile);
         file.close();
     } else {
         qDebug() << "File wasn't open";

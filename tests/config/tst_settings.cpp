@@ -9,6 +9,10 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 class tst_settings : public QObject
 {
     Q_OBJECT
@@ -27,6 +31,7 @@ private Q_SLOTS:
     void missingFile_read_tellsPortsOnly();
     void unreadableFile_read_storesNothing();
     void hugeFile_read_isRefused();
+    void pipe_read_isRefusedAtOnce();
     void comPort_readTwice_grows();
     void ports_present_areToldOnceEach();
     void request_fromDocument_logsAndReads();
@@ -233,6 +238,21 @@ void tst_settings::hugeFile_read_isRefused()
     QVERIFY(!reader.fileRead());
     QCOMPARE(texts.count(), 0);
     QVERIFY(log.lines().contains(QStringLiteral("File wasn't open")));
+}
+
+void tst_settings::pipe_read_isRefusedAtOnce()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("A pipe that looks like a file is made as Unix makes it");
+#else
+    // Nobody writes to it: who opens it waits until this test is out of time.
+    QCOMPARE(mkfifo(m_path.toLocal8Bit().constData(), 0600), 0);
+    settings reader;
+    QSignalSpy texts(&reader, &settings::sendSettingsToQml);
+    reader.readSettingsFile();
+    QVERIFY(!reader.fileRead());
+    QCOMPARE(texts.count(), 0);
+#endif
 }
 
 void tst_settings::comPort_readTwice_grows()
