@@ -168,7 +168,8 @@ QByteArray datalogger::record() const
 bool datalogger::writeRecord(const QString &path)
 {
     QFile file(path);
-    const bool newDay = m_unitNumber != 0 && !file.exists();
+    // A power cut may leave the day's file without its bytes; it then begins anew.
+    const bool newDay = m_unitNumber != 0 && (!file.exists() || file.size() == 0);
     // Not in text mode: the bytes are the same on every system. Unbuffered: a failed write is known
     // here, and nothing is left over to be tried again at the close.
     const QIODevice::OpenMode mode = newDay ? QIODevice::WriteOnly : QIODevice::Append;

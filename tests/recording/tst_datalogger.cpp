@@ -61,6 +61,7 @@ private Q_SLOTS:
     void midnight_startsNewFile();
     void unwritableFolder_tells_andTriesAgain();
     void folderRemoved_whileRunning_isMadeAnew();
+    void emptyFile_getsHeader();
     void fullDisk_leavesWholeLines();
     void fullDisk_newDay_leavesNoFile();
     void headerTemplate_isLookedFor();
@@ -326,6 +327,16 @@ void tst_datalogger::folderRemoved_whileRunning_isMadeAnew()
     QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
     writer.DateTimeRecieve(kDate, QStringLiteral("12:35:00"));
     QCOMPARE(lamp, (QList<QVariantList>{{true}}));
+    QCOMPARE(contents(dayFile()), header(17) + "\r\n12:35:00\t\t\tОсновной");
+}
+
+void tst_datalogger::emptyFile_getsHeader()
+{
+    datalogger writer;
+    LogCapture log;
+    writer.DateTimeRecieve(kDate, kTime);
+    QVERIFY(QFile::resize(dayFile(), 0));
+    writer.DateTimeRecieve(kDate, QStringLiteral("12:35:00"));
     QCOMPARE(contents(dayFile()), header(17) + "\r\n12:35:00\t\t\tОсновной");
 }
 
