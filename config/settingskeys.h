@@ -35,6 +35,10 @@ inline constexpr SettingsKey kServerUser{u"SETTINGS/_SERV_USER", u"uvi"};
 inline constexpr SettingsKey kServerPassword{u"SETTINGS/_SERV_PASS", u""};
 inline constexpr SettingsKey kServerStation{u"SETTINGS/_SERV_STATION", u"-"};
 
+// In characters. A name, a number or a path is no longer; what is was damaged, and laying it out
+// would take gigabytes.
+inline constexpr qsizetype kLongestValue = 4096;
+
 // The settings store, for one short use in the calling thread; never share one between threads.
 [[nodiscard]] inline QSettings settingsStore()
 {
@@ -43,7 +47,9 @@ inline constexpr SettingsKey kServerStation{u"SETTINGS/_SERV_STATION", u"-"};
 
 [[nodiscard]] inline QString storedText(const QSettings &store, const SettingsKey &key)
 {
-    return store.value(key.name.toString(), key.fallback.toString()).toString();
+    const QString fallback = key.fallback.toString();
+    const QString value = store.value(key.name.toString(), fallback).toString();
+    return value.size() <= kLongestValue ? value : fallback;
 }
 
 [[nodiscard]] inline QString storedText(const SettingsKey &key)

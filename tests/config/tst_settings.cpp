@@ -22,6 +22,7 @@ private Q_SLOTS:
     void cleanupTestCase();
     void keys_emptyStore_giveDefaults_data();
     void keys_emptyStore_giveDefaults();
+    void value_tooLong_countsAsAbsent();
     void metaObject_members_standInTheirOrder();
     void factoryFile_read_givesItsValues();
     void dataFolder_lastLine_isStored_data();
@@ -98,6 +99,15 @@ void tst_settings::keys_emptyStore_giveDefaults()
     QCOMPARE(store.organizationName(), QStringLiteral("КАСТОР"));
     QCOMPARE(store.applicationName(), QStringLiteral("Терминал ОРК-2"));
     QCOMPARE(store.format(), QSettings::NativeFormat);
+}
+
+void tst_settings::value_tooLong_countsAsAbsent()
+{
+    const QString longest(ork2::kLongestValue, u'7');
+    profile::store(ork2::kUnitNumber, longest);
+    QCOMPARE(ork2::storedText(ork2::kUnitNumber), longest);
+    profile::store(ork2::kUnitNumber, longest + u'7');
+    QCOMPARE(ork2::storedText(ork2::kUnitNumber), QStringLiteral("1"));
 }
 
 void tst_settings::metaObject_members_standInTheirOrder()
