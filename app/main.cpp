@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QSplashScreen>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -47,6 +48,10 @@ int runTerminal(QApplication &application)
 
 int main(int argc, char *argv[])
 {
+#ifdef SIGPIPE
+    // Whoever reads the log may end before the program; that must not end the measurement.
+    std::signal(SIGPIPE, SIG_IGN);
+#endif
     // One application object; a second one stacked on it would crash at exit.
     QApplication application(argc, argv);
     const int status = runTerminal(application);

@@ -36,6 +36,7 @@ private Q_SLOTS:
 
     void measurement_running_closingEndsWithZero_50times();
     void window_shown_carriesClassOfMenuEntry();
+    void readerOfTheLog_gone_programGoesOn();
     void document_cannotBeLoaded_endsWithMinusOne();
 
 private:
@@ -170,6 +171,26 @@ void tst_program::window_shown_carriesClassOfMenuEntry()
     const QString shown = run(QStringLiteral("xprop"),
         {QStringLiteral("-id"), window, QStringLiteral("-notype"), QStringLiteral("WM_CLASS")});
     QCOMPARE(shown, QStringLiteral("WM_CLASS = \"%1\", \"%1\"").arg(expected));
+}
+
+void tst_program::readerOfTheLog_gone_programGoesOn()
+{
+    QProcess reader;
+    m_program.reset(new QProcess);
+    m_program->setProcessChannelMode(QProcess::MergedChannels);
+    m_program->setStandardOutputProcess(&reader);
+    m_program->start(QStringLiteral(TERMINAL), QStringList());
+    reader.start(QStringLiteral("true"), QStringList());
+    QVERIFY(reader.waitForFinished(kPatienceMs));
+    // The start logs a dozen lines before and after the window comes.
+    const QString window = findWindow();
+    QVERIFY(!window.isEmpty());
+    run(QStringLiteral("xdotool"),
+        {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window, QStringLiteral("key"),
+            QStringLiteral("alt+F4")});
+    QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kPatienceMs);
+    QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
+    QCOMPARE(m_program->exitCode(), 0);
 }
 
 void tst_program::document_cannotBeLoaded_endsWithMinusOne()
