@@ -86,6 +86,14 @@ def as_ordinary_user():
         os.setresuid(ORDINARY_USER, ORDINARY_USER, ORDINARY_USER)
 
 
+def fake_clock(text, **more):
+    """Environment of a process whose clock starts at the text and runs by its factor."""
+    library = next(Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1"), None)
+    if library is None:
+        sys.exit("The package faketime is missing")
+    return {"LD_PRELOAD": str(library), "FAKETIME": text, **more}
+
+
 class Line:
     """The instrument's end of a pseudo-terminal."""
 
@@ -229,10 +237,11 @@ class Terminal:
         time.sleep(1)
         return self
 
-    def click(self, place, window=None):
+    def click(self, place, window=None, times=1):
         window = window or self.window
         subprocess.run(["xdotool", "windowactivate", "--sync", window, "mousemove", "--window",
-                        window, *map(str, place), "click", "1"],
+                        window, *map(str, place), "click", "--repeat", str(times), "--delay",
+                        "50", "1"],
                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, check=False,
                        timeout=30)
 
