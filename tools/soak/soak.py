@@ -78,12 +78,12 @@ def output_of(*command):
                           check=False).stdout.strip()
 
 
-def as_ordinary_user():
+def as_ordinary_user(user=ORDINARY_USER):
     """For preexec_fn: root passes over every permission and every lock of a port."""
     if os.geteuid() == 0:
         os.setgroups([])
-        os.setresgid(ORDINARY_USER, ORDINARY_USER, ORDINARY_USER)
-        os.setresuid(ORDINARY_USER, ORDINARY_USER, ORDINARY_USER)
+        os.setresgid(user, user, user)
+        os.setresuid(user, user, user)
 
 
 def fake_clock(text, **more):
@@ -102,8 +102,9 @@ class Line:
         tty.setraw(self.slave)
         self.path = os.ttyname(self.slave)
         if os.geteuid() == 0:
-            os.chown(self.path, ORDINARY_USER, -1)
+            os.chmod(self.path, 0o666)
         if link is not None:
+            _ports.append(link)
             link.unlink(missing_ok=True)
             link.symlink_to(self.path)
         os.set_blocking(self.master, False)
@@ -150,6 +151,8 @@ class Home:
         self.store_file = self.config / "КАСТОР" / "Терминал ОРК-2.conf"
         self.store_file.parent.mkdir(parents=True)
         self.log = self.path / "terminal.log"
+        # A name that no other program's port has, so that no lock of one is in the way.
+        self.port = self.path / "port"
 
     def store(self, port, unit="17", folder="!"):
         def quoted(text):
@@ -159,7 +162,7 @@ class Home:
             f"_COM={quoted(port)}\n_NUM={quoted(unit)}\n_YEAR=2021\n_NAME_PATH={quoted(folder)}\n",
             encoding="utf-8")
 
-    def give_away(self):
+    def give_away(self, user=ORDINARY_USER):
         """To the ordinary user that the program will run as."""
         if os.geteuid() == 0:
             for folder in self.path.parents:
@@ -167,7 +170,7 @@ class Home:
                     break
                 folder.chmod(0o755)
             for path in (self.path, *self.path.rglob("*")):
-                os.chown(path, ORDINARY_USER, ORDINARY_USER, follow_symlinks=False)
+                os.chown(path, user, user, follow_symlinks=False)
 
     def day_files(self, folder=None, unit="17"):
         data = Path(folder or self.bin) / "Data" / f"ORK-2 N{unit}"
@@ -175,14 +178,18 @@ class Home:
 
 
 _running = []
+_ports = []
 
 
 @atexit.register
 def _end_everything():
+    """Also the locks that killed programs leave behind for every other user."""
     for process in _running:
         if process.poll() is None:
             process.kill()
             process.wait()
+    for port in _ports:
+        Path("/var/lock/LCK.." + str(port).replace("/", "_")).unlink(missing_ok=True)
 
 
 def _end_by_signal(number, _frame):
