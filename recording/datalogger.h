@@ -6,11 +6,13 @@
 #include <QMutex>
 #include <QObject>
 #include <QString>
+#include <QThreadPool>
 #include <QVariant>
 #include <QWaitCondition>
 
 #include <array>
 
+class QFile;
 class QThread;
 class databasesql;
 
@@ -82,6 +84,7 @@ private:
     [[nodiscard]] QByteArray header() const;
     [[nodiscard]] QByteArray record() const;
     [[nodiscard]] bool writeRecord(const QString &path);
+    void bringToDisk(const QFile &file);
     static void lookForHeaderTemplate();
     void upload(const QVariantList &row);
     void startUpload(const QVariantList &row);
@@ -103,4 +106,5 @@ private:
     QThread *m_uploadThread = nullptr; // of the upload that is running; both delete themselves
     databasesql *m_uploader = nullptr;
     QList<QVariantList> m_waitingRows; // oldest first
+    QThreadPool m_diskThread;
 };

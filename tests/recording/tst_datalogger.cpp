@@ -8,6 +8,7 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
+#include <QMutex>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -62,6 +63,7 @@ private Q_SLOTS:
     void unwritableFolder_tells_andTriesAgain();
     void folderRemoved_whileRunning_isMadeAnew();
     void emptyFile_getsHeader();
+    void line_isBroughtToTheDisk();
     void fullDisk_leavesWholeLines();
     void fullDisk_newDay_leavesNoFile();
     void headerTemplate_isLookedFor();
@@ -328,6 +330,39 @@ void tst_datalogger::folderRemoved_whileRunning_isMadeAnew()
     writer.DateTimeRecieve(kDate, QStringLiteral("12:35:00"));
     QCOMPARE(lamp, (QList<QVariantList>{{true}}));
     QCOMPARE(contents(dayFile()), header(17) + "\r\n12:35:00\t\t\tОсновной");
+}
+
+#ifdef Q_OS_LINUX
+namespace {
+
+QMutex g_syncLock;
+QString g_synced; // what the program last brought to the disk
+
+} // namespace
+
+// In front of the system's own.
+extern "C" int fsync(int descriptor)
+{
+    const QMutexLocker lock(&g_syncLock);
+    g_synced = QFileInfo(QStringLiteral("/proc/self/fd/%1").arg(descriptor)).symLinkTarget();
+    return 0;
+}
+#endif
+
+void tst_datalogger::line_isBroughtToTheDisk()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("Which file is synced can be seen on Linux only");
+#else
+    datalogger writer;
+    LogCapture log;
+    writer.DateTimeRecieve(kDate, kTime);
+    const auto synced = [this] {
+        const QMutexLocker lock(&g_syncLock);
+        return g_synced == QFileInfo(dayFile()).canonicalFilePath();
+    };
+    QTRY_VERIFY(synced());
+#endif
 }
 
 void tst_datalogger::emptyFile_getsHeader()
