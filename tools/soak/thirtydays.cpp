@@ -71,6 +71,7 @@ struct Plan
     QDateTime start;
     double days = 0;
     double slew = 0;                    // wall clock against the timers
+    unsigned long pauseMs = 0;          // after each line
     QList<QPair<double, qint64>> steps; // after so many minutes the clock is set by so many seconds
 };
 
@@ -127,6 +128,7 @@ private:
     double m_nextStall = kMeanMsBetweenStalls;
     qint64 m_shown = 0;
     qint64 m_marks = 0;
+    qint64 m_marksPaced = 0;
     int m_thinnings = 0;
 };
 
@@ -244,6 +246,10 @@ bool Weeks::run()
             }
         } else {
             m_probe.tickSave();
+            if (m_marks > m_marksPaced) {
+                m_marksPaced = m_marks;
+                QThread::msleep(m_plan.pauseMs);
+            }
             save = now + m_probe.saveTimer()->interval();
         }
         if (next >= figure) {
@@ -315,6 +321,8 @@ int main(int argc, char *argv[])
             QStringLiteral("N"), QStringLiteral("0")},
         {QStringLiteral("step"), QStringLiteral("After so many minutes set the clock by seconds."),
             QStringLiteral("MINUTES:SECONDS")},
+        {QStringLiteral("pause"), QStringLiteral("Wait after each line."), QStringLiteral("MS"),
+            QStringLiteral("0")},
         {QStringLiteral("data"), QStringLiteral("Folder of the day files."),
             QStringLiteral("FOLDER")},
         {QStringLiteral("document"), QStringLiteral("With the documents, in a hidden window.")},
@@ -339,6 +347,7 @@ int main(int argc, char *argv[])
     Plan plan;
     plan.start = QDateTime::fromString(parser.value(QStringLiteral("start")), Qt::ISODate);
     plan.days = parser.value(QStringLiteral("days")).toDouble();
+    plan.pauseMs = parser.value(QStringLiteral("pause")).toULong();
     plan.slew = parser.value(QStringLiteral("ppm")).toDouble() * 1e-6;
     const QStringList steps = parser.values(QStringLiteral("step"));
     for (const QString &step : steps) {
