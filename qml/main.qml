@@ -83,6 +83,11 @@ ApplicationWindow {
         chart.animationOptions = ChartView.SeriesAnimations;
     }
 
+    // Told to remove more points than there are, Qt Charts reads beyond their end.
+    function removeOldest(series) {
+        series.removePoints(0, Math.min(2000, series.count));
+    }
+
     function heightText(text) {
         return text === "5000" || text === "9999" || text === "8888" || text === "7777" ? "----" : text;
     }
@@ -839,7 +844,7 @@ ApplicationWindow {
                     plotArea: chartArea.plotOnLayer
                     onOpacityChanged: {
                         if (opacity === 0) {
-                            fLayerCloudSeries.removePoints(0, 2000);
+                            window.removeOldest(fLayerCloudSeries);
                         }
                         opacity = 1;
                     }
@@ -914,7 +919,7 @@ ApplicationWindow {
                     plotArea: chartArea.plotOnLayer
                     onOpacityChanged: {
                         if (opacity === 0) {
-                            sLayerCloudSeries.removePoints(0, 2000);
+                            window.removeOldest(sLayerCloudSeries);
                         }
                         opacity = 1;
                     }

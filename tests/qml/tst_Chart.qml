@@ -498,6 +498,22 @@ Item {
             }
         }
 
+        function test_thinning_fewPoints_removesThose_data() {
+            return [
+                {tag: "none", count: 0},
+                {tag: "one", count: 1},
+                {tag: "one too few", count: 1999},
+            ];
+        }
+
+        function test_thinning_fewPoints_removesThose(row) {
+            fill(first, row.count, 1000, 1500);
+            fill(second, row.count, 1000, 750);
+            mainBackEnd.removeGPoints();
+            compare(first.count, 0);
+            compare(second.count, 0);
+        }
+
         function test_opacity_notZero_keepsPoints() {
             fill(first, 30, 1000, 1500);
             part("chart1_id").opacity = 0.5;
