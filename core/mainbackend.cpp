@@ -91,12 +91,13 @@ mainBackEnd::~mainBackEnd()
 
 // The worker's thread is left running, but the port is closed: an open port leaves its lock file
 // behind, which keeps other users' programs from the port. A worker that hangs in its driver is not
-// waited for.
+// waited for. One that is behind skips what it was still told: each opening waits for the disk.
 void mainBackEnd::releasePort()
 {
     if (m_comPort == nullptr) {
         return;
     }
+    QCoreApplication::removePostedEvents(m_comPort, QEvent::MetaCall);
     const auto released = std::make_shared<std::atomic_bool>(false);
     QMetaObject::invokeMethod(m_comPort, [port = m_comPort.data(), released] {
         port->DisconnectPort();
