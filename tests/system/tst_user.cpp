@@ -1,0 +1,632 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// An operator who does everything at any moment, on the whole object graph with a played line:
+// random clicks, keys, windows and frames, Start and Stop a thousand times a second, and the end in
+// every state. ORK2_USER_EVENTS sets the number of events, ORK2_USER_SEED the seed that they
+// follow.
+#include "terminal.h"
+
+#include "logcapture.h"
+#include "mainbackendprobe.h"
+#include "profile.h"
+#include "pseudoterminal.h"
+#include "seededrandom.h"
+#include "sharedvalues.h"
+
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QQmlContext>
+#include <QQuickWindow>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include <array>
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr int kUsualEvents = 400;
+constexpr int kEventsInRound = 200;
+constexpr int kTogglesInBurst = 1000;
+constexpr int kToggleIntervalMs = 1;
+constexpr int kFrameIntervalMs = 2;
+constexpr int kPatienceMs = 60000;
+constexpr qsizetype kRememberedEvents = 30;
+
+const QStringList kPanels = {QStringLiteral("sWindow"), QStringLiteral("numberWindow"),
+    QStringLiteral("aboutWindow"), QStringLiteral("controlPanel"),
+    QStringLiteral("sqlSettingsWnd")};
+
+QDateTime g_now;
+
+QStringList entries(const QString &folder)
+{
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
+}
+
+// What the process holds, by name, so that a difference tells what was left behind.
+QStringList threads()
+{
+    QStringList names;
+    const QStringList ids = entries(QStringLiteral("/proc/self/task"));
+    for (const QString &id : ids) {
+        QFile file(QStringLiteral("/proc/self/task/%1/comm").arg(id));
+        if (file.open(QIODevice::ReadOnly)) {
+            names << QString::fromUtf8(file.readAll().trimmed());
+        }
+    }
+    names.sort();
+    return names;
+}
+
+QStringList handles()
+{
+    QStringList targets;
+    const QDir folder(QStringLiteral("/proc/self/fd"));
+    const QRegularExpression digits(QStringLiteral("[0-9]+"));
+    const QStringList numbers = entries(folder.path());
+    for (const QString &number : numbers) {
+        const QString target = QFile(folder.filePath(number)).symLinkTarget();
+        // The list's own handle is closed by now, and the others' numbers tell nothing.
+        if (!target.isEmpty()) {
+            targets << QString(target).remove(digits);
+        }
+    }
+    targets.sort();
+    return targets;
+}
+
+QStringList more(QStringList now, const QStringList &before)
+{
+    for (const QString &one : before) {
+        now.removeOne(one);
+    }
+    return now;
+}
+
+int number(const char *variable, int fallback)
+{
+    bool given = false;
+    const int value = qEnvironmentVariableIntValue(variable, &given);
+    return given ? value : fallback;
+}
+
+QByteArray reading(int first, int second)
+{
+    return QStringLiteral("H%1%2%3\r")
+        .arg(first % 2)
+        .arg(first, 4, 10, QChar(u'0'))
+        .arg(second, 4, 10, QChar(u'0'))
+        .toLatin1();
+}
+
+} // namespace
+
+class tst_user : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void openedFolder(const QUrl &) { ++m_openedFolders; }
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void cleanupTestCase();
+
+    void randomEvents_leaveNothingBehind();
+    void ending_anyState_leavesNothingBehind_data();
+    void ending_anyState_leavesNothingBehind();
+
+private:
+    [[nodiscard]] QObject *item(const char *id) const;
+    [[nodiscard]] QQuickWindow *panel(const QString &name) const
+    {
+        return m_window->findChild<QQuickWindow *>(name);
+    }
+    [[nodiscard]] MainBackEndProbe probe() const { return MainBackEndProbe(m_terminal->backEnd()); }
+    [[nodiscard]] QList<QQuickWindow *> shownWindows() const;
+    [[nodiscard]] bool portIsOpen() const;
+    void build();
+    void tearDown();
+    void open(const QString &name) const;
+    void openMenu() const;
+    void press(bool start) const { item("startButton")->setProperty("checked", start); }
+    void sendSomething();
+    void startAndStopInBursts();
+    void settle();
+    void measureOnce();
+
+    void act();
+    void click(QQuickWindow *window);
+    void type(QQuickWindow *window);
+    void window(QQuickWindow *window);
+    void line();
+    void controller();
+    [[nodiscard]] QPoint anywhere(const QQuickWindow *window);
+    template <typename List> [[nodiscard]] auto oneOf(const List &list)
+    {
+        return list.at(m_random->between(0, static_cast<int>(list.size()) - 1));
+    }
+
+    std::unique_ptr<ork2::SeededRandom> m_random;
+    ork2::PseudoTerminal m_line;
+    std::unique_ptr<QTemporaryDir> m_base;
+    std::unique_ptr<LogCapture> m_log;
+    std::unique_ptr<ork2::Terminal> m_terminal;
+    QQuickWindow *m_window = nullptr;
+    QString m_port;
+    QStringList m_trail;
+    QStringList m_threads;
+    QStringList m_handles;
+    int m_openedFolders = 0;
+    int m_toggles = 0;
+    qint64 m_toggleMs = 0;
+};
+
+void tst_user::initTestCase()
+{
+    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedFolder");
+    // The hidden window is brought back, as from the tray.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    profile::requirePrivateStore();
+    m_base = std::make_unique<QTemporaryDir>();
+    const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/settings");
+    QVERIFY(QDir().mkpath(folder));
+    QFile file(folder + QStringLiteral("/settings.txt"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("\nPathToData = \"" + m_base->path().toUtf8() + "\"\n");
+    file.close();
+
+    // What the toolkit starts once and keeps is started now.
+    init();
+    for (const QString &name : kPanels) {
+        open(name);
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name)));
+        panel(name)->close();
+    }
+    measureOnce();
+    cleanup();
+    m_threads = threads();
+    m_handles = handles();
+}
+
+void tst_user::cleanupTestCase()
+{
+    QFile::remove(
+        QCoreApplication::applicationDirPath() + QStringLiteral("/settings/settings.txt"));
+    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    if (m_toggleMs > 0) {
+        std::printf("Start and Stop: %d times, %lld a second; folders opened: %d\n", m_toggles,
+            static_cast<long long>(m_toggles * 1000LL / m_toggleMs), m_openedFolders);
+    }
+}
+
+void tst_user::init()
+{
+    QVERIFY(m_line.open());
+    m_port = m_line.path();
+    profile::clear();
+    profile::store(ork2::kNamePath, m_base->path());
+    profile::store(ork2::kPortToShow, m_port);
+    noReplyCounter.storeRelaxed(0);
+    m_trail.clear();
+    m_log = std::make_unique<LogCapture>();
+    build();
+}
+
+void tst_user::cleanup()
+{
+    if (m_terminal) {
+        tearDown();
+    }
+    m_line.close();
+    const QStringList warnings = m_log->warnings();
+    m_log.reset();
+    QCOMPARE(warnings.join(u'\n'), QString());
+}
+
+void tst_user::build()
+{
+    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
+    m_window = qobject_cast<QQuickWindow *>(m_terminal->engine().rootObjects().value(0));
+    QVERIFY(m_window != nullptr);
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
+    probe().setClock([] { return g_now; });
+}
+
+void tst_user::tearDown()
+{
+    probe().endWorker();
+    m_terminal.reset();
+    m_window = nullptr;
+}
+
+QObject *tst_user::item(const char *id) const
+{
+    return qmlContext(m_window)->objectForName(QString::fromLatin1(id));
+}
+
+QList<QQuickWindow *> tst_user::shownWindows() const
+{
+    QList<QQuickWindow *> shown;
+    const QWindowList windows = QGuiApplication::topLevelWindows();
+    for (QWindow *window : windows) {
+        auto *quick = qobject_cast<QQuickWindow *>(window);
+        if (quick != nullptr && quick->isVisible() && !quick->size().isEmpty()) {
+            shown << quick;
+        }
+    }
+    return shown;
+}
+
+bool tst_user::portIsOpen() const
+{
+    bool isOpen = false;
+    ComPort *port = probe().comPort();
+    QMetaObject::invokeMethod(
+        port, [&] { isOpen = port->port().isOpen(); }, Qt::BlockingQueuedConnection);
+    return isOpen;
+}
+
+void tst_user::open(const QString &name) const
+{
+    QMetaObject::invokeMethod(m_window, "open",
+        Q_ARG(QVariant, QVariant::fromValue(static_cast<QObject *>(panel(name)))));
+}
+
+void tst_user::openMenu() const
+{
+    QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, QPoint(20, 10));
+}
+
+void tst_user::sendSomething()
+{
+    if (!m_line.isOpen()) {
+        return;
+    }
+    static const QByteArrayList broken = {"H077777777\r", "H088888888\r", "H099999999\r",
+        "H000000000\r", "H1123", "\r", "42345\r", "H11234234", "HHHHHHHHHHH",
+        "\r\r\r\r\r\r\r\r\r\r\r", "H1-1.e9999\r", QByteArray(300, '\xff'), QByteArray(11, '\0'),
+        "G112342345\r"};
+    const QByteArray bytes = m_random->oneIn(3)
+        ? oneOf(broken)
+        : reading(m_random->between(0, 9999), m_random->between(0, 9999));
+    Q_UNUSED(m_line.write(bytes))
+}
+
+void tst_user::startAndStopInBursts()
+{
+    QElapsedTimer clock;
+    int toggled = 0;
+    QTimer toggle;
+    toggle.setTimerType(Qt::PreciseTimer);
+    // A frame that is drawn takes many turns' time, which is caught up.
+    toggle.callOnTimeout([&] {
+        while (toggled < kTogglesInBurst && clock.elapsed() >= toggled) {
+            press(!item("startButton")->property("checked").toBool());
+            ++toggled;
+        }
+    });
+    QTimer frames;
+    frames.callOnTimeout([this] { sendSomething(); });
+    clock.start();
+    toggle.start(kToggleIntervalMs);
+    frames.start(kFrameIntervalMs);
+    while (toggled < kTogglesInBurst) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    m_toggleMs += clock.elapsed();
+    m_toggles += kTogglesInBurst;
+}
+
+QPoint tst_user::anywhere(const QQuickWindow *window)
+{
+    return {m_random->between(0, window->width() - 1), m_random->between(0, window->height() - 1)};
+}
+
+void tst_user::click(QQuickWindow *window)
+{
+    static const std::array buttons = {
+        Qt::LeftButton, Qt::LeftButton, Qt::LeftButton, Qt::RightButton, Qt::MiddleButton};
+    const Qt::MouseButton button = oneOf(buttons);
+    const QPoint place = anywhere(window);
+    switch (m_random->between(0, 5)) {
+    case 0:
+        QTest::mouseDClick(window, button, Qt::NoModifier, place);
+        break;
+    case 1:
+        QTest::mousePress(window, button, Qt::NoModifier, place);
+        for (int i = 0; i < 5; ++i) {
+            QTest::mouseMove(window, anywhere(window));
+        }
+        QTest::mouseRelease(window, button, Qt::NoModifier, anywhere(window));
+        break;
+    case 2: {
+        QWheelEvent wheel(place, window->mapToGlobal(place), QPoint(),
+            QPoint(0, m_random->between(-3, 3) * 120), Qt::NoButton, Qt::NoModifier,
+            Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(window, &wheel);
+        break;
+    }
+    default:
+        QTest::mouseClick(window, button, Qt::NoModifier, place);
+    }
+}
+
+void tst_user::type(QQuickWindow *window)
+{
+    static const std::array keys = {Qt::Key_Tab, Qt::Key_Tab, Qt::Key_Backtab, Qt::Key_Return,
+        Qt::Key_Enter, Qt::Key_Space, Qt::Key_Escape, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left,
+        Qt::Key_Right, Qt::Key_Home, Qt::Key_End, Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_F4,
+        Qt::Key_F10, Qt::Key_A, Qt::Key_V, Qt::Key_Z, Qt::Key_7};
+    static const std::array modifiers = {Qt::NoModifier, Qt::NoModifier, Qt::NoModifier,
+        Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier};
+    QTest::keyClick(window, oneOf(keys), oneOf(modifiers));
+}
+
+void tst_user::window(QQuickWindow *window)
+{
+    switch (m_random->between(0, 9)) {
+    case 0:
+        window->close();
+        break;
+    case 1:
+        window->showMinimized();
+        break;
+    case 2:
+        window->setPosition(m_random->between(-500, 1200), m_random->between(-500, 1000));
+        break;
+    case 3:
+        window->resize(m_random->between(1, 2000), m_random->between(1, 2000));
+        break;
+    case 4:
+        m_window->show(); // as the tray does
+        m_window->raise();
+        break;
+    case 5:
+        window->showNormal();
+        break;
+    case 6:
+        QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier,
+            QPoint(m_random->between(0, 220), 10)); // a menu, and an entry of it
+        QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier,
+            QPoint(m_random->between(0, 220), m_random->between(22, 70)));
+        break;
+    default:
+        open(oneOf(kPanels));
+    }
+}
+
+void tst_user::line()
+{
+    switch (m_random->between(0, 7)) {
+    case 0:
+        m_line.close();
+        break;
+    case 1:
+        QVERIFY(m_line.open());
+        m_port = m_line.path();
+        break;
+    case 2:
+        m_port = oneOf(QStringList{QString(), QStringLiteral("/dev/no-such-port"),
+            QStringLiteral("/dev/null"), QStringLiteral("/tmp"), m_line.path(), m_line.path()});
+        break;
+    default:
+        for (int i = m_random->between(1, 20); i > 0; --i) {
+            sendSomething();
+        }
+    }
+}
+
+void tst_user::controller()
+{
+    switch (m_random->between(0, 6)) {
+    case 0:
+        g_now = g_now.addSecs(m_random->between(-100, 10000));
+        break;
+    case 1:
+        g_now.setTime(QTime(m_random->between(0, 23), m_random->between(0, 59), 0, 500));
+        probe().tickSave();
+        break;
+    case 2:
+        noReplyCounter.storeRelaxed(30);
+        probe().tickWatchdog();
+        break;
+    case 3:
+        m_terminal->backEnd().changeRangeX();
+        break;
+    case 4:
+        m_terminal->backEnd().removeGPoints();
+        break;
+    default:
+        probe().tickPlot();
+    }
+}
+
+void tst_user::act()
+{
+    const QList<QQuickWindow *> shown = shownWindows();
+    if (shown.isEmpty()) {
+        m_window->show();
+        return;
+    }
+    QQuickWindow *where = oneOf(shown);
+    const int kind = m_random->between(1, 100);
+    const auto remember = [this](const char *what, const QString &which) {
+        m_trail << QLatin1String(what) + which;
+        if (m_trail.size() > kRememberedEvents) {
+            m_trail.removeFirst();
+        }
+    };
+    if (kind <= 35) {
+        remember("click ", where->title());
+        click(where);
+    } else if (kind <= 55) {
+        remember("key ", where->title());
+        type(where);
+    } else if (kind <= 75) {
+        remember("window ", where->title());
+        window(where);
+    } else if (kind <= 85) {
+        remember("line ", m_port);
+        line();
+    } else if (kind <= 92) {
+        remember("controller", QString());
+        controller();
+    } else {
+        remember("start or stop ", m_port);
+        press(!item("startButton")->property("checked").toBool());
+    }
+    // The settings panel offers the machine's own ports, which are no test's business.
+    currentPortName = m_port;
+    QCoreApplication::processEvents();
+}
+
+// Stopped, the main window alone: what is there now has no reason to be more than before.
+void tst_user::settle()
+{
+    m_window->showNormal();
+    press(false);
+    for (const QString &name : kPanels) {
+        panel(name)->close();
+    }
+    QTest::keyClick(m_window, Qt::Key_Escape);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+}
+
+// The sign that it still works: a frame's way to the window.
+void tst_user::measureOnce()
+{
+    QVERIFY(m_line.open());
+    currentPortName = m_port = m_line.path();
+    QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
+    press(true);
+    QTRY_VERIFY_WITH_TIMEOUT(
+        !texts.isEmpty() && texts.constLast().first().toString().contains(QStringLiteral("Открыт")),
+        kPatienceMs);
+    QVERIFY(m_line.write("H003000400\r") > 0);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"), kPatienceMs);
+    press(false);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(
+        m_window->property("firstCloudAlt").toString(), QStringLiteral("----"), kPatienceMs);
+}
+
+void tst_user::randomEvents_leaveNothingBehind()
+{
+    const int events = number("ORK2_USER_EVENTS", kUsualEvents);
+    const int seed = number("ORK2_USER_SEED", 1);
+    std::printf("%d events, seed %d\n", events, seed);
+    std::fflush(stdout);
+    m_random = std::make_unique<ork2::SeededRandom>(static_cast<quint32>(seed));
+    for (const QString &name : kPanels) {
+        open(name);
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name)));
+    }
+    settle();
+    const QStringList threadsBefore = threads();
+    const QStringList handlesBefore = handles();
+    for (int done = 0; done < events;) {
+        for (int i = 0; i < kEventsInRound && done < events; ++i, ++done) {
+            act();
+        }
+        startAndStopInBursts();
+        settle();
+        const QByteArray when = QByteArray::number(done) + " events, seed "
+            + QByteArray::number(seed) + ", last: " + m_trail.join(u"; ").toUtf8();
+        const QByteArray warnings = m_log->warnings().join(u'\n').toUtf8();
+        QVERIFY2(warnings.isEmpty(), warnings + " after " + when);
+        measureOnce();
+        const auto left = [&] {
+            return more(threads(), threadsBefore) + more(handles(), handlesBefore);
+        };
+        const bool none = QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs);
+        QVERIFY2(none, left().join(u' ').toUtf8() + " left behind after " + when);
+    }
+}
+
+void tst_user::ending_anyState_leavesNothingBehind_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const char *state : {"stopped", "port open", "measuring", "right after Start",
+             "right after Stop", "port missing", "line pulled", "instrument lost", "menu popped up",
+             "window hidden", "window minimised"}) {
+        QTest::newRow(state) << QString::fromLatin1(state);
+    }
+    for (const QString &name : kPanels) {
+        QTest::newRow(name.toUtf8()) << name;
+    }
+}
+
+void tst_user::ending_anyState_leavesNothingBehind()
+{
+    QFETCH(QString, state);
+    const auto startAndAwait = [this](const QString &text) {
+        QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
+        press(true);
+        QTRY_VERIFY(!texts.isEmpty() && texts.constLast().first().toString().contains(text));
+    };
+    const QString opened = QStringLiteral("Открыт");
+    if (kPanels.contains(state)) {
+        open(state);
+        QVERIFY(QTest::qWaitForWindowExposed(panel(state)));
+    } else if (state == u"port open") {
+        startAndAwait(opened);
+    } else if (state == u"measuring" || state == u"line pulled" || state == u"instrument lost") {
+        startAndAwait(opened);
+        QVERIFY(m_line.write("H003000400\r") > 0);
+        QTRY_COMPARE(m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"));
+        if (state == u"line pulled") {
+            m_line.close();
+            QTRY_VERIFY(!portIsOpen());
+        } else if (state == u"instrument lost") {
+            noReplyCounter.storeRelaxed(30);
+            probe().tickWatchdog();
+        } else {
+            while (m_line.write("H003000400\r") > 0) { } // it ends under fire
+        }
+    } else if (state == u"right after Start") {
+        press(true);
+    } else if (state == u"right after Stop") {
+        press(true);
+        press(false);
+    } else if (state == u"port missing") {
+        currentPortName = QStringLiteral("/dev/no-such-port");
+        startAndAwait(QStringLiteral("]:\t"));
+    } else if (state == u"menu popped up") {
+        openMenu();
+        QObject *menu = m_window->findChild<QObject *>(QStringLiteral("fileMenu"));
+        QVERIFY(menu != nullptr);
+        QTRY_VERIFY(menu->property("opened").toBool());
+    } else if (state == u"window hidden") {
+        m_window->close();
+        QTRY_VERIFY(!m_window->isVisible());
+    } else if (state == u"window minimised") {
+        m_window->showMinimized();
+    }
+    tearDown();
+    m_line.close();
+    const auto left = [&] { return more(threads(), m_threads) + more(handles(), m_handles); };
+    QVERIFY2(QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs),
+        left().join(u' ').toUtf8() + " left behind");
+}
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    tst_user test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_user.moc"
