@@ -25,6 +25,7 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -104,6 +105,13 @@ QByteArray reading(int first, int second)
         .arg(first, 4, 10, QChar(u'0'))
         .arg(second, 4, 10, QChar(u'0'))
         .toLatin1();
+}
+
+// Whether the status line was told so; other texts may have followed.
+bool told(const QSignalSpy &texts, const QString &part)
+{
+    return std::any_of(texts.begin(), texts.end(),
+        [&part](const QVariantList &text) { return text.first().toString().contains(part); });
 }
 
 } // namespace
@@ -501,6 +509,8 @@ void tst_user::settle()
     }
     QTest::keyClick(m_window, Qt::Key_Escape);
     QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(m_window->property("firstCloudAlt").toString(), QStringLiteral("----"));
     QVERIFY(QTest::qWaitForWindowExposed(m_window));
 }
 
@@ -511,9 +521,7 @@ void tst_user::measureOnce()
     currentPortName = m_port = m_line.path();
     QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
     press(true);
-    QTRY_VERIFY_WITH_TIMEOUT(
-        !texts.isEmpty() && texts.constLast().first().toString().contains(QStringLiteral("Открыт")),
-        kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(told(texts, QStringLiteral("Открыт")), kPatienceMs);
     QVERIFY(m_line.write("H003000400\r") > 0);
     QTRY_COMPARE_WITH_TIMEOUT(
         m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"), kPatienceMs);
@@ -575,7 +583,7 @@ void tst_user::ending_anyState_leavesNothingBehind()
     const auto startAndAwait = [this](const QString &text) {
         QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
         press(true);
-        QTRY_VERIFY(!texts.isEmpty() && texts.constLast().first().toString().contains(text));
+        QTRY_VERIFY(told(texts, text));
     };
     const QString opened = QStringLiteral("Открыт");
     if (kPanels.contains(state)) {
