@@ -173,23 +173,27 @@ void TestSimulator::link_impossible_endsWithOne()
 void TestSimulator::bytes_sameSeed_areTheSame_data()
 {
     QTest::addColumn<QString>("scenario");
-    for (const char *name : {"weather", "errors", "faults"}) {
-        QTest::newRow(name) << QString::fromLatin1(name);
-    }
+    QTest::addColumn<int>("count");
+    QTest::newRow("weather") << QStringLiteral("weather") << 600;
+    QTest::newRow("errors") << QStringLiteral("errors") << 600;
+    // Not as far as the first unplugging, which takes bytes with it that have not been read yet.
+    QTest::newRow("faults") << QStringLiteral("faults") << 50;
 }
 
 void TestSimulator::bytes_sameSeed_areTheSame()
 {
     QFETCH(QString, scenario);
-    const auto play = [&scenario](int seed) {
-        Simulator simulator(words(QStringLiteral("--scenario %1 --period 0 --count 600 --seed %2")
+    QFETCH(int, count);
+    const auto play = [&](int seed) {
+        Simulator simulator(words(QStringLiteral("--scenario %1 --period 0 --count %2 --seed %3")
                                       .arg(scenario)
+                                      .arg(count)
                                       .arg(seed)));
         [&simulator] { QTRY_VERIFY_WITH_TIMEOUT(simulator.endedWith(0), kLongRunMs); }();
         return simulator.reader.received;
     };
     const QByteArray first = play(4);
-    QVERIFY(first.size() > 300 * kFrameSize);
+    QVERIFY(first.size() > count / 2 * kFrameSize);
     QCOMPARE(play(4), first);
     QVERIFY(play(5) != first);
 }

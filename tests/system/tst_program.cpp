@@ -4,6 +4,8 @@
 #include "pseudoterminal.h"
 
 #include <QFile>
+#include <QHash>
+#include <QPoint>
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
@@ -13,6 +15,8 @@
 namespace {
 
 const QString kTitle = QStringLiteral("Измеритель высоты облаков ОРК-2");
+// From the right 90, from the bottom of the 900 x 750 window 68.
+constexpr QPoint kStartButton(810, 682);
 constexpr int kRoundsOfExit = 50;
 constexpr int kPatienceMs = 60000;
 
@@ -22,6 +26,15 @@ QString run(const QString &program, const QStringList &arguments)
     process.start(program, arguments);
     process.waitForFinished(kPatienceMs);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
+}
+
+// Empty: there is none.
+QString shownWindow(const QString &title)
+{
+    return run(QStringLiteral("xdotool"),
+        {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+            u'^' + title + u'$'})
+        .section(u'\n', 0, 0);
 }
 
 } // namespace
@@ -37,11 +50,19 @@ private Q_SLOTS:
     void measurement_running_closingEndsWithZero_50times();
     void window_shown_carriesClassOfMenuEntry();
     void readerOfTheLog_gone_programGoesOn();
+    void closing_anyState_endsWithZero_data();
+    void closing_anyState_endsWithZero();
     void document_cannotBeLoaded_endsWithMinusOne();
 
 private:
     void start();
-    [[nodiscard]] QString findWindow();
+    void click(const QString &window, const QPoint &place) const;
+    void close(const QString &window) const;
+    // Clicks until the log says so: a window that has just come up may miss a click.
+    [[nodiscard]] bool clickUntilTold(
+        const QString &window, const QPoint &place, const QByteArray &text);
+    void checkEnd();
+    [[nodiscard]] QString findWindow(const QString &title = kTitle);
     // Whether the toolkit's lock file says that the line is in use.
     [[nodiscard]] bool isLineLocked() const;
     [[nodiscard]] bool waitForLog(const char *text, int ms) const;
@@ -87,19 +108,50 @@ void tst_program::start()
     QVERIFY(m_program->waitForStarted());
 }
 
-QString tst_program::findWindow()
+QString tst_program::findWindow(const QString &title)
 {
     QString window;
-    const bool found = QTest::qWaitFor(
-        [&window] {
-            window = run(QStringLiteral("xdotool"),
-                {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
-                    QStringLiteral("--name"), kTitle})
-                         .section(u'\n', 0, 0);
-            return !window.isEmpty();
+    const bool found =
+        QTest::qWaitFor([&] { return !(window = shownWindow(title)).isEmpty(); }, kPatienceMs);
+    return found ? window : QString();
+}
+
+void tst_program::click(const QString &window, const QPoint &place) const
+{
+    run(QStringLiteral("xdotool"),
+        {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
+            QStringLiteral("mousemove"), QStringLiteral("--window"), window,
+            QString::number(place.x()), QString::number(place.y()), QStringLiteral("click"),
+            QStringLiteral("1")});
+}
+
+bool tst_program::clickUntilTold(const QString &window, const QPoint &place, const QByteArray &text)
+{
+    return QTest::qWaitFor(
+        [&] {
+            click(window, place);
+            return waitForLog(text, kPatienceMs / 6);
         },
         kPatienceMs);
-    return found ? window : QString();
+}
+
+void tst_program::close(const QString &window) const
+{
+    run(QStringLiteral("xdotool"),
+        {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window, QStringLiteral("key"),
+            QStringLiteral("alt+F4")});
+}
+
+// The program ended by itself, said nothing bad, and released the line.
+void tst_program::checkEnd()
+{
+    QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kPatienceMs);
+    const QByteArray end = reports() + m_log.right(1000);
+    QVERIFY2(m_program->exitStatus() == QProcess::NormalExit, end);
+    QVERIFY2(m_program->exitCode() == 0, end);
+    QVERIFY2(!isLineLocked(), end);
+    QVERIFY2(!m_log.contains("No such slot") && !m_log.contains("No such signal"), end);
+    QVERIFY2(!m_log.contains("TypeError") && !m_log.contains("ReferenceError"), end);
 }
 
 bool tst_program::isLineLocked() const
@@ -132,31 +184,103 @@ void tst_program::measurement_running_closingEndsWithZero_50times()
         start();
         const QString window = findWindow();
         QVERIFY2(!window.isEmpty(), m_log.right(2000));
-        // The start button: 90 from the right, 68 from the bottom of the 900 x 750 window.
-        // Until the window takes clicks. A click too many would stop the measurement again.
-        QVERIFY(QTest::qWaitFor(
-            [this, &window] {
-                run(QStringLiteral("xdotool"),
-                    {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
-                        QStringLiteral("mousemove"), QStringLiteral("--window"), window,
-                        QStringLiteral("810"), QStringLiteral("682"), QStringLiteral("click"),
-                        QStringLiteral("1")});
-                return waitForLog("Запускаем таймер", kPatienceMs / 6);
-            },
-            kPatienceMs));
+        // A click too many would stop the measurement again.
+        QVERIFY(clickUntilTold(window, kStartButton, "Запускаем таймер"));
         QVERIFY2(waitForLog("First layer of cloud altitude: 1234", kPatienceMs), m_log.right(2000));
         QVERIFY(isLineLocked());
-        run(QStringLiteral("xdotool"),
-            {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
-                QStringLiteral("key"), QStringLiteral("alt+F4")});
-        QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kPatienceMs);
-        const QByteArray end =
-            "round " + QByteArray::number(round) + ":\n" + reports() + m_log.right(1000);
-        QVERIFY2(m_program->exitStatus() == QProcess::NormalExit, end);
-        QVERIFY2(m_program->exitCode() == 0, end);
-        QVERIFY2(!isLineLocked(), end);
-        QVERIFY2(!m_log.contains("No such slot") && !m_log.contains("No such signal"), end);
-        QVERIFY2(!m_log.contains("TypeError") && !m_log.contains("ReferenceError"), end);
+        close(window);
+        checkEnd();
+        if (QTest::currentTestFailed()) {
+            QFAIL("round " + QByteArray::number(round));
+        }
+    }
+}
+
+void tst_program::closing_anyState_endsWithZero_data()
+{
+    QTest::addColumn<QString>("state");
+    for (const char *state : {"splash screen", "stopped", "right after Start", "right after Stop",
+             "menu popped up", "port missing", "port not to be opened", "line pulled"}) {
+        QTest::newRow(state) << QString::fromLatin1(state);
+    }
+    for (const char *panel : {"Параметры", "Номер прибора", "О нас...", "Панель управления"}) {
+        QTest::newRow(panel) << QString::fromUtf8(panel);
+    }
+}
+
+// ORK2_CLOSINGS repeats each state.
+void tst_program::closing_anyState_endsWithZero()
+{
+    QFETCH(QString, state);
+    static const QHash<QString, QList<QPoint>> clicksToPanel = {
+        {QStringLiteral("Параметры"), {{70, 10}, {90, 33}}},
+        {QStringLiteral("Номер прибора"), {{70, 10}, {90, 55}}},
+        {QStringLiteral("О нас..."), {{197, 10}, {250, 33}}},
+        {QStringLiteral("Панель управления"), {{118, 682}}},
+    };
+    static const QStringList modal = {QStringLiteral("Параметры"), QStringLiteral("Номер прибора")};
+    const int rounds = qMax(1, qEnvironmentVariableIntValue("ORK2_CLOSINGS"));
+    for (int round = 1; round <= rounds; ++round) {
+        if (state == u"port missing") {
+            profile::store(ork2::kPortToShow, QStringLiteral("/dev/no-such-port"));
+        } else if (state == u"port not to be opened") {
+            profile::store(ork2::kPortToShow, QStringLiteral("/dev/null"));
+        } else {
+            profile::store(ork2::kPortToShow, m_line.path());
+        }
+        start();
+        if (state == u"splash screen") {
+            const auto search = [] {
+                return run(QStringLiteral("xdotool"),
+                    {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                        QStringLiteral("--class"), QStringLiteral("ork2-terminal")});
+            };
+            QTRY_VERIFY_WITH_TIMEOUT(!search().isEmpty(), kPatienceMs);
+            run(QStringLiteral("xdotool"),
+                {QStringLiteral("mousemove"), QStringLiteral("640"), QStringLiteral("512"),
+                    QStringLiteral("click"), QStringLiteral("1"), QStringLiteral("key"),
+                    QStringLiteral("alt+F4")});
+        }
+        const QString window = findWindow();
+        QVERIFY2(!window.isEmpty(), m_log.right(2000));
+        const bool measures = state == u"line pulled" || clicksToPanel.contains(state)
+            || state == u"right after Stop";
+        if (measures) {
+            QVERIFY(clickUntilTold(window, kStartButton, "First layer of cloud altitude: 1234"));
+        }
+        if (state == u"right after Start") {
+            QVERIFY(clickUntilTold(window, kStartButton, "Запускаем таймер"));
+        } else if (state == u"right after Stop") {
+            click(window, kStartButton);
+        } else if (state == u"port missing" || state == u"port not to be opened") {
+            QVERIFY(clickUntilTold(window, kStartButton, "cpp: Msg: "));
+        } else if (state == u"menu popped up") {
+            click(window, {20, 10});
+        } else if (state == u"line pulled") {
+            m_frames.stop();
+            m_line.close();
+            QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("Закрыт!"), kPatienceMs);
+        }
+        for (const QPoint &place : clicksToPanel.value(state)) {
+            click(window, place);
+        }
+        if (clicksToPanel.contains(state)) {
+            const QString panel = findWindow(state);
+            QVERIFY2(!panel.isEmpty(), m_log.right(2000));
+            if (modal.contains(state)) { // it keeps the main window from being closed before it
+                close(panel);
+                QTRY_VERIFY_WITH_TIMEOUT(shownWindow(state).isEmpty(), kPatienceMs);
+            }
+        }
+        close(window);
+        checkEnd();
+        if (state == u"line pulled") {
+            QVERIFY(m_line.open());
+            m_frames.start();
+        }
+        if (QTest::currentTestFailed()) {
+            return;
+        }
     }
 }
 

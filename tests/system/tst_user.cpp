@@ -44,6 +44,10 @@ const QStringList kPanels = {QStringLiteral("sWindow"), QStringLiteral("numberWi
     QStringLiteral("aboutWindow"), QStringLiteral("controlPanel"),
     QStringLiteral("sqlSettingsWnd")};
 
+// Folders and pages are not to be opened for real.
+const QStringList kSchemes = {QStringLiteral("file"), QStringLiteral("http"),
+    QStringLiteral("https"), QStringLiteral("mailto")};
+
 QDateTime g_now;
 
 QStringList entries(const QString &folder)
@@ -121,7 +125,7 @@ class tst_user : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    void openedFolder(const QUrl &) { ++m_openedFolders; }
+    void opened(const QUrl &) { ++m_opened; }
 
 private Q_SLOTS:
     void initTestCase();
@@ -174,14 +178,16 @@ private:
     QStringList m_trail;
     QStringList m_threads;
     QStringList m_handles;
-    int m_openedFolders = 0;
+    int m_opened = 0;
     int m_toggles = 0;
     qint64 m_toggleMs = 0;
 };
 
 void tst_user::initTestCase()
 {
-    QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "openedFolder");
+    for (const QString &scheme : kSchemes) {
+        QDesktopServices::setUrlHandler(scheme, this, "opened");
+    }
     // The hidden window is brought back, as from the tray.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     profile::requirePrivateStore();
@@ -210,10 +216,12 @@ void tst_user::cleanupTestCase()
 {
     QFile::remove(
         QCoreApplication::applicationDirPath() + QStringLiteral("/settings/settings.txt"));
-    QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+    for (const QString &scheme : kSchemes) {
+        QDesktopServices::unsetUrlHandler(scheme);
+    }
     if (m_toggleMs > 0) {
-        std::printf("Start and Stop: %d times, %lld a second; folders opened: %d\n", m_toggles,
-            static_cast<long long>(m_toggles * 1000LL / m_toggleMs), m_openedFolders);
+        std::printf("Start and Stop: %d times, %lld a second; folders and pages opened: %d\n",
+            m_toggles, static_cast<long long>(m_toggles * 1000LL / m_toggleMs), m_opened);
     }
 }
 
