@@ -37,7 +37,7 @@ Window {
     })
     // A window that is closed ceases to be active without a signal of it, with some versions of the
     // toolkit a moment later.
-    onVisibleChanged: Qt.callLater(followActivity)
+    onVisibleChanged: Qt.callLater(followActivity) // qmllint disable
 
     FontLoader {
         source: "qrc:/settings/Fonts/GOST/GOST_B.TTF"
