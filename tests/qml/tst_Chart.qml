@@ -377,9 +377,10 @@ Item {
 
         function test_updateVoidGraph_movesThreeAxes() {
             wait(200);
+            const before = Date.now();
             mainBackEnd.updateVoidGraph();
             for (const name of ["axiX", "axisFX", "axisSX"]) {
-                verify(msAgo(part(name).max) < 100, name);
+                verify(part(name).max.getTime() >= before, name);
             }
         }
 
@@ -409,11 +410,10 @@ Item {
             mainBackEnd.updateVoidGraph();
             tryVerify(() => !part("widening").running, 4000);
             mainBackEnd.updateVoidGraph();
-            const max = part("axisFX").max.getTime();
+            const before = ["axisFX", "axisSX"].map(name => part(name).max.getTime());
             wait(100);
             readOnce("1500");
-            compare(part("axisFX").max.getTime(), max);
-            compare(part("axisSX").max.getTime(), max, "second layer");
+            compare(["axisFX", "axisSX"].map(name => part(name).max.getTime()), before);
         }
 
         function checkAnimationSettings() {

@@ -208,7 +208,7 @@ void tst_program::closing_anyState_endsWithZero_data()
     }
 }
 
-// ORK2_CLOSINGS repeats each state.
+// ORK2_CLOSINGS says how often each state is played.
 void tst_program::closing_anyState_endsWithZero()
 {
     QFETCH(QString, state);
@@ -219,7 +219,10 @@ void tst_program::closing_anyState_endsWithZero()
         {QStringLiteral("Панель управления"), {{118, 682}}},
     };
     static const QStringList modal = {QStringLiteral("Параметры"), QStringLiteral("Номер прибора")};
-    const int rounds = qMax(1, qEnvironmentVariableIntValue("ORK2_CLOSINGS"));
+    const int rounds = qEnvironmentVariableIntValue("ORK2_CLOSINGS");
+    if (rounds == 0) {
+        QSKIP("tools/soak/user plays it: its clicks now and then take the window manager along");
+    }
     for (int round = 1; round <= rounds; ++round) {
         if (state == u"port missing") {
             profile::store(ork2::kPortToShow, QStringLiteral("/dev/no-such-port"));
