@@ -8,9 +8,12 @@ RowLayout {
         boundsBehavior: Flickable.StopAtBounds
         clip: true
         highlightMoveDuration: 500
+        height: parent.height
         highlightRangeMode: ListView.ApplyRange
         orientation: ListView.Horizontal
         snapMode: ListView.SnapOneItem
+        // Toolkits since 6.5 lay a window out when it is first shown; the clocks tick before.
+        width: Math.max(parent.width, 1)
 
         delegate: Component {
             Clock {
@@ -67,7 +70,6 @@ RowLayout {
             Accessible.name: "Часовые пояса"
             Accessible.role: Accessible.List
             activeFocusOnTab: true
-            anchors.fill: parent
             cacheBuffer: 3000
             objectName: "zones"
 
@@ -166,7 +168,6 @@ RowLayout {
         color: "#eeeeee"
 
         ClockList {
-            anchors.fill: parent
             cacheBuffer: 200
             objectName: "utc"
 

@@ -24,6 +24,10 @@ if(NOT MSVC)
             add_dependencies(ork2_build_flags ork2_keep_libraries)
         endif()
     endif()
+    if(ORK2_COVERAGE)
+        target_compile_options(ork2_build_flags INTERFACE --coverage -fprofile-update=atomic)
+        target_link_options(ork2_build_flags INTERFACE --coverage)
+    endif()
 endif()
 
 # One folder, one library; its headers are included by file name, as "comport.h".
