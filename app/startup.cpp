@@ -8,6 +8,10 @@
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QQmlApplicationEngine>
+#include <QQuickItem>
+#include <QQuickWindow>
+#include <QSGTexture>
+#include <QSGTextureProvider>
 
 namespace ork2 {
 
@@ -60,6 +64,33 @@ void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, co
             }
         },
         Qt::QueuedConnection);
+}
+
+void drawChangesOnce(QQuickItem &layeredItem)
+{
+    // In the thread that draws, while the interface thread waits. The texture is made anew whenever
+    // its window is shown again.
+    QObject::connect(
+        layeredItem.window(), &QQuickWindow::afterSynchronizing, &layeredItem,
+        [&layeredItem] {
+            const QSGTextureProvider *provider =
+                layeredItem.isTextureProvider() ? layeredItem.textureProvider() : nullptr;
+            const QSGTexture *layer = provider != nullptr ? provider->texture() : nullptr;
+            if (layer != nullptr && layer->inherits("QSGLayer")) {
+                QObject::disconnect(layer, SIGNAL(updateRequested()), nullptr, nullptr);
+            }
+        },
+        Qt::DirectConnection);
+}
+
+void drawClocksOnce(const QQmlApplicationEngine &engine)
+{
+    const QList<QObject *> documents = engine.rootObjects();
+    for (const QObject *document : documents) {
+        if (auto *row = document->findChild<QQuickItem *>(QStringLiteral("clockRow"))) {
+            drawChangesOnce(*row);
+        }
+    }
 }
 
 } // namespace ork2

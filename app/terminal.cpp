@@ -21,6 +21,7 @@ Terminal::Terminal(QObject &application, QUrl document)
     connectCharts(m_mainBackEnd, m_uiData, m_uiData2);
     exitWithoutDocument(m_engine, application, m_document);
     m_engine.load(m_document);
+    drawClocksOnce(m_engine);
 }
 
 } // namespace ork2

@@ -55,6 +55,7 @@ RowLayout {
 
     layer.enabled: true
     layoutDirection: Qt.RightToLeft
+    objectName: "clockRow"
     spacing: 0
 
     Rectangle {

@@ -10,12 +10,14 @@
 
 #include <QApplication>
 #include <QQmlContext>
+#include <QQuickItem>
 #include <QQuickWindow>
 #include <QScatterSeries>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
 #include <memory>
 
 namespace {
@@ -45,6 +47,7 @@ private Q_SLOTS:
     void lostStep_closesPort_stopAndStartCure();
     void choices_areInUseAfterARestart();
     void point10321_thinsBothSeriesOnce();
+    void clocks_aChange_isDrawnOnce();
     void brokenDocument_endsWithMinusOne();
 
 private:
@@ -322,6 +325,44 @@ void tst_terminal::point10321_thinsBothSeriesOnce()
     QCOMPARE(second->count(), 8321);
     QCOMPARE(first->at(0), points.at(2000));
     QCOMPARE(second->at(0), points.at(2000));
+}
+
+void tst_terminal::clocks_aChange_isDrawnOnce()
+{
+    constexpr int kChanges = 10;
+    constexpr int kEchoMs = 50; // a further frame would follow at once
+    auto *panel = qobject_cast<QQuickWindow *>(item("controlPanel"));
+    QVERIFY(panel != nullptr);
+    panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(10, 20, 30), Qt::UTC));
+    panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(panel));
+    auto *hand = panel->findChild<QQuickItem *>(QStringLiteral("clockRow"))
+                     ->findChild<QQuickItem *>(QStringLiteral("utc"))
+                     ->property("currentItem")
+                     .value<QQuickItem *>()
+                     ->findChild<QQuickItem *>(QStringLiteral("secondHand"));
+    QVERIFY(hand != nullptr);
+    const auto frames = std::make_shared<std::atomic<int>>(0);
+    connect(
+        panel, &QQuickWindow::frameSwapped, this, [frames] { ++*frames; }, Qt::DirectConnection);
+    // At rest: windows and hands have finished what the opening began.
+    const auto atRest = [frames] {
+        const int before = *frames;
+        QTest::qWait(kEchoMs);
+        return *frames == before;
+    };
+    QTRY_VERIFY(atRest());
+
+    const QImage before = panel->grabWindow();
+    QTRY_VERIFY(atRest());
+    *frames = 0;
+    for (int i = 1; i <= kChanges; ++i) {
+        hand->setX(hand->x() + 1);
+        QTRY_VERIFY(*frames >= i);
+        QTRY_VERIFY(atRest());
+    }
+    QCOMPARE(frames->load(), kChanges);
+    QVERIFY(panel->grabWindow() != before);
 }
 
 void tst_terminal::brokenDocument_endsWithMinusOne()

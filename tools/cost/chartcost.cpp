@@ -13,9 +13,8 @@
 // wake-ups of all threads a second, resident memory. The first five seconds, with the animations of
 // the start, do not count. --grab keeps a picture of the window's last state.
 #include "mainbackend.h"
-#include "settings.h"
 #include "sharedvalues.h"
-#include "startup.h"
+#include "terminal.h"
 #include "uidata.h"
 
 #include <QApplication>
@@ -32,6 +31,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <memory>
 #include <sys/resource.h>
@@ -92,7 +92,7 @@ double secondHeight(qint64 index)
     return 2300 + 400 * std::sin(static_cast<double>(index) / 53);
 }
 
-void fill(UiData &first, UiData &second, int points)
+void fill(QScatterSeries &first, QScatterSeries &second, int points)
 {
     QList<QPointF> firstPoints;
     QList<QPointF> secondPoints;
@@ -102,8 +102,8 @@ void fill(UiData &first, UiData &second, int points)
         firstPoints << QPointF(time, firstHeight(i));
         secondPoints << QPointF(time, secondHeight(i));
     }
-    first.xy()->replace(firstPoints);
-    second.xy()->replace(secondPoints);
+    first.replace(firstPoints);
+    second.replace(secondPoints);
 }
 
 void keepQuiet(QtMsgType type, const QMessageLogContext &, const QString &text)
@@ -140,18 +140,9 @@ int main(int argc, char *argv[])
     const int points = parser.value(pointsOption).toInt();
     const int seconds = parser.value(secondsOption).toInt();
 
-    QQmlApplicationEngine engine;
-    ork2::addImportPaths(engine);
-    UiData first;
-    UiData second;
-    mainBackEnd backEnd;
-    settings stored;
-    engine.rootContext()->setContextProperty(QStringLiteral("mainBackEnd"), &backEnd);
-    engine.rootContext()->setContextProperty(QStringLiteral("settings"), &stored);
-    engine.rootContext()->setContextProperty(QStringLiteral("uiData"), &first);
-    engine.rootContext()->setContextProperty(QStringLiteral("uiData2"), &second);
-    ork2::connectCharts(backEnd, first, second);
-    engine.load(QStringLiteral("qrc:/main"));
+    ork2::Terminal terminal(app, QUrl(QStringLiteral("qrc:/main")));
+    const QQmlApplicationEngine &engine = terminal.engine();
+    mainBackEnd &backEnd = terminal.backEnd();
     auto *window = qobject_cast<QQuickWindow *>(engine.rootObjects().value(0));
     if (window == nullptr) {
         return 1;
@@ -160,7 +151,13 @@ int main(int argc, char *argv[])
     for (int i = 1; i < kRanges && backEnd.xMinRange() != parser.value(rangeOption).toInt(); ++i) {
         backEnd.changeRangeX();
     }
-    fill(first, second, points);
+    const auto series = [&engine](const char *name) {
+        return engine.rootContext()
+            ->contextProperty(QLatin1String(name))
+            .value<UiData *>()
+            ->xy();
+    };
+    fill(*series("uiData"), *series("uiData2"), points);
     auto *startButton = window->findChild<QObject *>(QStringLiteral("startButton"));
     const bool idle = parser.isSet(idleOption);
     startButton->setProperty("checked", !idle);
@@ -182,8 +179,9 @@ int main(int argc, char *argv[])
         readings.start();
     }
 
-    int frames = 0;
-    double longestFrame = 0;
+    // Counted by the windows' own threads.
+    std::atomic<int> frames = 0;
+    std::atomic<double> longestFrame = 0;
     double longestStall = 0;
     double startCost = 0;
     qint64 startWakeUps = 0;
@@ -199,8 +197,8 @@ int main(int argc, char *argv[])
             shown, &QQuickWindow::frameSwapped, window,
             [=, &frames, &longestFrame] {
                 ++frames;
-                longestFrame =
-                    std::max(longestFrame, static_cast<double>(frameTime->nsecsElapsed()) / 1e6);
+                longestFrame = std::max(longestFrame.load(),
+                    static_cast<double>(frameTime->nsecsElapsed()) / 1e6);
             },
             Qt::DirectConnection);
     }
@@ -227,7 +225,7 @@ int main(int argc, char *argv[])
                             << (parser.isSet(panelOption) ? "control panel shown  " : "")
                             << "points " << points << "  range " << backEnd.xMinRange()
                             << " s  processor " << QString::number(cost * 60 / seconds, 'f', 1)
-                            << " s/min  frames " << frames << "  longest frame "
+                            << " s/min  frames " << frames.load() << "  longest frame "
                             << QString::number(longestFrame, 'f', 0) << " ms  longest stall "
                             << QString::number(longestStall, 'f', 0) << " ms  wake-ups "
                             << QString::number(woken, 'f', 0) << "/s  memory "
