@@ -29,8 +29,8 @@ void connectCharts(mainBackEnd &backEnd, UiData &firstLayer, UiData &secondLayer
 // Ends the event loop with -1 when the document at this address cannot be loaded.
 void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, const QUrl &document);
 
-// An item with a layer asks for a further frame after the one that already shows its change, and the
-// whole window is drawn twice where no display's beat holds it back. Ends that for an item of a
+// An item with a layer asks for a further frame after the one that already shows its change, and
+// the whole window is drawn twice where no display's beat holds it back. Ends that for an item of a
 // window whose layer is drawn by this window only, and not by an effect.
 void drawChangesOnce(QQuickItem &layeredItem);
 

@@ -259,7 +259,7 @@ Item {
         function test_plotAreas_anyHeight_coincide() {
             for (let height = 640; height <= 750; height += 11) {
                 setHeight(height);
-                tryVerify(() => plot(chartView).height % 4 === 0, 1000);
+                tryVerify(() => plot(chartView).height % 4 === 0);
                 const drawn = plot(chartView);
                 for (const name of ["chart1_id", "chart2_id"]) {
                     const layer = plot(part(name));

@@ -252,13 +252,20 @@ Item {
             compare(clock.seconds, 42);
         }
 
+        function test_tick_comesTenTimesASecond() {
+            const timers = Array.from(clock.resources).filter(object => object.interval !== undefined);
+            compare(timers.length, 1);
+            compare(timers[0].interval, 100);
+            verify(timers[0].repeat && timers[0].running && timers[0].triggeredOnStart);
+        }
+
         function test_tick_followsTheTime() {
             clock.givenTime = new Date("2026-11-21T01:02:03Z");
-            tryCompare(clock, "seconds", 3, 400);
+            tryCompare(clock, "seconds", 3);
             compare(clock.minutes, 2);
             compare(clock.hours, 4);
             clock.givenTime = new Date("2026-11-21T01:02:04Z");
-            tryCompare(clock, "seconds", 4, 400);
+            tryCompare(clock, "seconds", 4);
         }
 
         // The toolkit 6.8 sets a narrow blank before the last word.

@@ -152,10 +152,7 @@ int main(int argc, char *argv[])
         backEnd.changeRangeX();
     }
     const auto series = [&engine](const char *name) {
-        return engine.rootContext()
-            ->contextProperty(QLatin1String(name))
-            .value<UiData *>()
-            ->xy();
+        return engine.rootContext()->contextProperty(QLatin1String(name)).value<UiData *>()->xy();
     };
     fill(*series("uiData"), *series("uiData2"), points);
     auto *startButton = window->findChild<QObject *>(QStringLiteral("startButton"));
@@ -197,8 +194,8 @@ int main(int argc, char *argv[])
             shown, &QQuickWindow::frameSwapped, window,
             [=, &frames, &longestFrame] {
                 ++frames;
-                longestFrame = std::max(longestFrame.load(),
-                    static_cast<double>(frameTime->nsecsElapsed()) / 1e6);
+                longestFrame = std::max(
+                    longestFrame.load(), static_cast<double>(frameTime->nsecsElapsed()) / 1e6);
             },
             Qt::DirectConnection);
     }
