@@ -61,6 +61,7 @@ private Q_SLOTS:
 
     void misses_everyTwelve_giveOneLamp();
     void misses_frameBetween_startAnew();
+    void misses_beforeStop_doNotCountAfterStart();
 
     void fault_wholeFrames_goOnWithin15_data();
     void fault_wholeFrames_goOnWithin15();
@@ -407,6 +408,18 @@ void tst_comport::misses_frameBetween_startAnew()
         Q_EMIT m_port->CallCom();
     }
     QCOMPARE(*m_lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_comport::misses_beforeStop_doNotCountAfterStart()
+{
+    for (int round = 0; round < 2; ++round) {
+        connectPort();
+        for (int i = 0; i < 11; ++i) {
+            Q_EMIT m_port->CallCom();
+        }
+        m_port->DisconnectPort();
+    }
+    QCOMPARE(m_lamp->count(), 0);
 }
 
 void tst_comport::fault_wholeFrames_goOnWithin15_data()
