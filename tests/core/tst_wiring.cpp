@@ -363,26 +363,31 @@ void tst_wiring::splash_percentage_climbsTo99AtMost()
     pixmap.fill(Qt::gray);
     QSplashScreen splash(pixmap);
     splash.show();
-    QStringList messages;
-    connect(&splash, &QSplashScreen::messageChanged, this,
-        [&messages](const QString &text) { messages << text; });
     QElapsedTimer clock;
     clock.start();
+    QStringList messages;
+    QList<qint64> times;
+    connect(&splash, &QSplashScreen::messageChanged, this, [&](const QString &text) {
+        messages << text;
+        times << clock.elapsed();
+    });
     ork2::countUp(splash, pixmap);
     const qint64 took = clock.elapsed();
-    QVERIFY2(took >= 1000 && took < 2000, QByteArray::number(took));
+    QVERIFY2(took >= 1000 && took < 5000, QByteArray::number(took));
     // A busy machine skips numbers.
     QVERIFY2(messages.first().size() == QStringLiteral("Загружено: 0%").size(),
         qPrintable(messages.first()));
-    QVERIFY2(messages.size() > 20, QByteArray::number(messages.size()));
+    QVERIFY2(messages.size() > 5, QByteArray::number(messages.size()));
     int last = 0;
-    for (const QString &message : std::as_const(messages)) {
-        const QString digits = message.section(u' ', 1).chopped(1);
-        QCOMPARE(message, QStringLiteral("Загружено: %1%").arg(digits));
-        QVERIFY(digits.toInt() >= last && digits.toInt() <= 99);
-        last = digits.toInt();
+    for (qsizetype i = 0; i < messages.size(); ++i) {
+        const QString digits = messages.at(i).section(u' ', 1).chopped(1);
+        QCOMPARE(messages.at(i), QStringLiteral("Загружено: %1%").arg(digits));
+        const int percent = digits.toInt();
+        QVERIFY(percent >= last && percent <= 99);
+        QVERIFY2(percent * ork2::kSplashMs <= 100 * times.at(i), qPrintable(messages.at(i)));
+        last = percent;
     }
-    QVERIFY(last >= 90);
+    QVERIFY(last >= 50);
 }
 
 int main(int argc, char *argv[])
