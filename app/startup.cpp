@@ -73,8 +73,7 @@ void drawChangesOnce(QQuickItem &layeredItem)
     QObject::connect(
         layeredItem.window(), &QQuickWindow::afterSynchronizing, &layeredItem,
         [&layeredItem] {
-            const QSGTextureProvider *provider =
-                layeredItem.isTextureProvider() ? layeredItem.textureProvider() : nullptr;
+            const QSGTextureProvider *provider = layeredItem.textureProvider();
             const QSGTexture *layer = provider != nullptr ? provider->texture() : nullptr;
             if (layer != nullptr && layer->inherits("QSGLayer")) {
                 QObject::disconnect(layer, SIGNAL(updateRequested()), nullptr, nullptr);
@@ -87,7 +86,8 @@ void drawClocksOnce(const QQmlApplicationEngine &engine)
 {
     const QList<QObject *> documents = engine.rootObjects();
     for (const QObject *document : documents) {
-        if (auto *row = document->findChild<QQuickItem *>(QStringLiteral("clockRow"))) {
+        const auto rows = document->findChildren<QQuickItem *>(QStringLiteral("clockRow"));
+        for (QQuickItem *row : rows) {
             drawChangesOnce(*row);
         }
     }

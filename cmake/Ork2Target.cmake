@@ -25,9 +25,7 @@ if(NOT MSVC)
         endif()
     endif()
     if(ORK2_COVERAGE)
-        # Nothing here throws: the clean-up after exceptions would count as branches never taken.
-        target_compile_options(ork2_build_flags INTERFACE
-            --coverage -fprofile-update=atomic -fno-exceptions)
+        target_compile_options(ork2_build_flags INTERFACE --coverage -fprofile-update=atomic)
         target_link_options(ork2_build_flags INTERFACE --coverage)
     endif()
 endif()

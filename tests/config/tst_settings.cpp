@@ -10,6 +10,7 @@
 #include <QTest>
 
 #ifdef Q_OS_UNIX
+#include <sys/resource.h>
 #include <sys/stat.h>
 #endif
 
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void positions_wordsDoNotMatter();
     void missingFile_read_tellsPortsOnly();
     void unreadableFile_read_storesNothing();
+    void noHandleLeft_read_storesNothing();
     void hugeFile_read_isRefused();
     void pipe_read_isRefusedAtOnce();
     void comPort_readTwice_grows();
@@ -233,6 +235,28 @@ void tst_settings::unreadableFile_read_storesNothing()
     QVERIFY(!reader.fileRead());
     QCOMPARE(texts.count(), 0);
     QVERIFY(!profile::stored(ork2::kNamePath).isValid());
+}
+
+void tst_settings::noHandleLeft_read_storesNothing()
+{
+#ifdef Q_OS_UNIX
+    writeFile("a\n\nBaudRate = 1\nParity = 2\nPathToData = \"/srv/\"\n");
+    settings reader;
+    QSignalSpy texts(&reader, &settings::sendSettingsToQml);
+    LogCapture log;
+    rlimit limit = {};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    const rlimit none = {0, limit.rlim_max};
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &none), 0);
+    reader.readSettingsFile();
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    QVERIFY(log.lines().contains(QStringLiteral("\"Too many open files\"")));
+    QVERIFY(!reader.fileRead());
+    QCOMPARE(texts.count(), 0);
+    QVERIFY(!profile::stored(ork2::kNamePath).isValid());
+#else
+    QSKIP("only Unix lets a process forbid itself another handle");
+#endif
 }
 
 void tst_settings::hugeFile_read_isRefused()

@@ -102,10 +102,8 @@ QStringList tst_wiring::receivers(QObject *sender, const QString &signal) const
     for (const QString &line : lines) {
         if (line.contains(QLatin1String("signal: "))) {
             within = line.contains(QStringLiteral("signal: ") + signal);
-        } else if (within && line.contains(QLatin1String("-->"))) {
+        } else if (within && line.contains(QLatin1String("-->"))) { // not the worker's own words
             result << line.section(QStringLiteral("--> "), 1).simplified();
-        } else if (within) {
-            break;
         }
     }
     return result;

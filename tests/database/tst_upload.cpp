@@ -88,6 +88,7 @@ private Q_SLOTS:
 
     void server_answersAnIndependentClient();
     void row_reachesTheTable();
+    void serverSettings_serverAnswers_isTold();
     void row_fromReading_reachesTheTable();
     void stationText_reachesTheTable();
     void quoteInStation_isNotEscaped();
@@ -259,6 +260,19 @@ void tst_upload::row_reachesTheTable()
     // The name of the connection is asked for with an open connection: the second one.
     QCOMPARE(m_server->count("login"), 2);
     QTRY_COMPARE(m_server->count("gone"), 2);
+}
+
+void tst_upload::serverSettings_serverAnswers_isTold()
+{
+    serve();
+    {
+        databasesql uploader;
+        QSignalSpy texts(&uploader, &databasesql::logSQLData);
+        uploader.ServerSettings(QStringLiteral("10.0.0.1"), 99, QString(), QString());
+        QCOMPARE(texts, (QList<QVariantList>{{QStringLiteral("SQL bind")}}));
+        QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
+    }
+    QCOMPARE(storedRows(), QByteArrayList());
 }
 
 void tst_upload::row_fromReading_reachesTheTable()

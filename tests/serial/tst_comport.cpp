@@ -75,6 +75,8 @@ private Q_SLOTS:
 
     void request_isSentByteForByte();
     void request_openPort_withoutPendingReply_tells();
+    void request_setPoint_changesNothing();
+    void sending_closedPort_isHarmless();
     void crc_asText_data();
     void crc_asText();
     void legacyCommand_losesItsPlaceholdersAndGetsCrc_data();
@@ -551,6 +553,25 @@ void tst_comport::request_openPort_withoutPendingReply_tells()
     QCOMPARE(pending.count(), 0);
     m_port->ComPortSend();
     QCOMPARE(pending, (QList<QVariantList>{{false}}));
+}
+
+void tst_comport::request_setPoint_changesNothing()
+{
+    connectPort();
+    m_port->HeatTempSet(40);
+    m_port->ComPortSend();
+    QVERIFY(m_log->lines().contains(QStringLiteral("ComSend \"3a 00 41 00 00 ac 11 0d\"")));
+}
+
+void tst_comport::sending_closedPort_isHarmless()
+{
+    QSignalSpy pending(m_port.get(), &ComPort::BitConnect);
+    m_port->Write_Settings_Port(QStringLiteral("/dev/no-such-port"), 9600, 8, 0, 1, 0);
+    m_port->ComPortSend();
+    QCOMPARE(pending, (QList<QVariantList>{{false}}));
+    m_port->WriteToPort(QStringLiteral("Wind"), QByteArrayLiteral("12345xyz"));
+    QVERIFY(!m_port->port().isOpen());
+    QCOMPARE(m_port->port().bytesToWrite(), 0);
 }
 
 void tst_comport::crc_asText_data()

@@ -7,6 +7,7 @@
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
+#include "startup.h"
 
 #include <QApplication>
 #include <QQmlContext>
@@ -48,6 +49,7 @@ private Q_SLOTS:
     void choices_areInUseAfterARestart();
     void point10321_thinsBothSeriesOnce();
     void clocks_aChange_isDrawnOnce();
+    void itemWithoutLayer_isDrawnAsBefore();
     void brokenDocument_endsWithMinusOne();
 
 private:
@@ -363,6 +365,15 @@ void tst_terminal::clocks_aChange_isDrawnOnce()
     }
     QCOMPARE(frames->load(), kChanges);
     QVERIFY(panel->grabWindow() != before);
+}
+
+void tst_terminal::itemWithoutLayer_isDrawnAsBefore()
+{
+    auto *window = qobject_cast<QQuickWindow *>(m_window);
+    ork2::drawChangesOnce(*window->contentItem());
+    QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+    window->update();
+    QTRY_VERIFY(!frames.isEmpty());
 }
 
 void tst_terminal::brokenDocument_endsWithMinusOne()
