@@ -74,8 +74,8 @@ QStringList handles()
 {
     QStringList targets;
     const QDir folder(QStringLiteral("/proc/self/fd"));
-    // A log inherited from whoever started the test may be deleted meanwhile.
-    const QRegularExpression passing(QStringLiteral("[0-9]+| \\(deleted\\)$"));
+    // A log inherited from whoever started the test may be renamed or deleted meanwhile.
+    const QRegularExpression passing(QStringLiteral("[0-9]+|(\\.tmp)?( \\(deleted\\))?$"));
     const QStringList numbers = entries(folder.path());
     for (const QString &number : numbers) {
         const QString target = QFile(folder.filePath(number)).symLinkTarget();
