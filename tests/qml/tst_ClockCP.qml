@@ -376,6 +376,7 @@ Item {
         function test_lamp_onAndOff(row) {
             const lamp = part(row.lamp);
             const effect = part(row.effect);
+            compare(effect.fade.duration, 500);
             mainBackEnd[row.told](true);
             compare(panel[row.kept], true);
             verify(!Qt.colorEqual(lamp.color, "#44ea44"), "no fade");

@@ -372,6 +372,13 @@ Item {
             return lowestOpacity < 0.2;
         }
 
+        function test_banner_fadesFor300MsEachWay_andFor3sUnseen() {
+            const steps = Array.from(part("blink").animations);
+            compare(steps.map(step => step.duration), [300, 300]);
+            compare(steps.map(step => [step.from, step.to]), [[1, 0], [0, 1]]);
+            compare(part("fadeOut").duration, 3000);
+        }
+
         function test_banner(row) {
             lowestOpacity = 1;
             verify(fadesInBlink(() => {
@@ -432,6 +439,7 @@ Item {
 
         function test_chanel_followsFlag() {
             const lamp = part("chanelID");
+            compare([part("chanelOn").duration, part("chanelOff").duration], [500, 500]);
             for (const flag of [true, true, false, false, true]) {
                 mainBackEnd.chanelLED(flag);
                 verify(logged("Chanel: " + flag));
