@@ -111,125 +111,142 @@ Window {
         target: mainBackEnd
     }
 
-    RedFrame {
+    Item {
+        anchors.fill: parent
         focus: true
-        lowerColor: "#e82222"
 
         Keys.onEscapePressed: controlPanel.close()
 
-        PanelButton {
-            id: serverButton
+        Backdrop {
+            anchors.fill: parent
 
-            anchors.left: parent.left
-            anchors.leftMargin: 35
-            objectName: "serverButton"
-            text: "Настройки\n подключения\n к прибору"
+            RedFrame {
+                id: frame
 
-            onClicked: controlPanel.connectionButton()
-        }
+                lowerColor: "#e82222"
 
-        PanelButton {
-            id: portButton
+                PanelButton {
+                    id: serverButton
 
-            anchors.left: parent.left
-            anchors.leftMargin: 237
-            enabled: false
-            objectName: "portButton"
-            text: "Настройки\n подключения\n к серверу"
-        }
+                    anchors.left: parent.left
+                    anchors.leftMargin: 35
+                    objectName: "serverButton"
+                    text: "Настройки\n подключения\n к прибору"
 
-        PanelButton {
-            id: dataButton
+                    onClicked: controlPanel.connectionButton()
+                }
 
-            anchors.right: parent.right
-            anchors.rightMargin: 35
-            objectName: "dataButton"
-            text: "Открыть\n архив\n данных"
+                PanelButton {
+                    id: portButton
 
-            onClicked: controlPanel.openDataFolderButton()
-        }
+                    anchors.left: parent.left
+                    anchors.leftMargin: 237
+                    enabled: false
+                    objectName: "portButton"
+                    text: "Настройки\n подключения\n к серверу"
+                }
 
-        Lamp {
-            id: orkConnectionLED
+                PanelButton {
+                    id: dataButton
 
-            anchors.left: parent.left
-            anchors.leftMargin: 90
-            objectName: "orkConnectionLED"
-        }
+                    anchors.right: parent.right
+                    anchors.rightMargin: 35
+                    objectName: "dataButton"
+                    text: "Открыть\n архив\n данных"
 
-        LampEffect {
-            id: orkConnectionEffect
+                    onClicked: controlPanel.openDataFolderButton()
+                }
 
-            name: "Связь с прибором"
-            objectName: "orkConnectionEffect"
-            source: orkConnectionLED
-        }
+                Lamp {
+                    id: orkConnectionLED
 
-        Lamp {
-            id: orkServerLED
+                    anchors.left: parent.left
+                    anchors.leftMargin: 90
+                    objectName: "orkConnectionLED"
+                }
 
-            anchors.left: parent.left
-            anchors.leftMargin: 295
-            objectName: "orkServerLED"
-        }
+                LampEffect {
+                    id: orkConnectionEffect
 
-        LampEffect {
-            id: orkServerEffect
+                    name: "Связь с прибором"
+                    objectName: "orkConnectionEffect"
+                    source: orkConnectionLED
+                }
 
-            name: "Связь с сервером"
-            objectName: "orkServerEffect"
-            source: orkServerLED
-        }
+                Lamp {
+                    id: orkServerLED
 
-        Lamp {
-            id: orkDataLED
+                    anchors.left: parent.left
+                    anchors.leftMargin: 295
+                    objectName: "orkServerLED"
+                }
 
-            anchors.right: parent.right
-            anchors.rightMargin: 90
-            objectName: "orkDataLED"
-        }
+                LampEffect {
+                    id: orkServerEffect
 
-        LampEffect {
-            id: orkDataEffect
+                    name: "Связь с сервером"
+                    objectName: "orkServerEffect"
+                    source: orkServerLED
+                }
 
-            name: "Запись данных"
-            objectName: "orkDataEffect"
-            source: orkDataLED
-        }
+                Lamp {
+                    id: orkDataLED
 
-        Loader {
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 100
-            anchors.left: parent.left
-            anchors.leftMargin: 20
-            anchors.right: parent.right
-            anchors.rightMargin: 20
-            anchors.top: parent.top
-            anchors.topMargin: 220
-            objectName: "clockArea"
-            source: "clocks/clocks.qml"
-        }
+                    anchors.right: parent.right
+                    anchors.rightMargin: 90
+                    objectName: "orkDataLED"
+                }
 
-        Text {
-            Accessible.name: text
-            Accessible.role: Accessible.StaticText
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 40
-            anchors.horizontalCenter: parent.horizontalCenter
-            color: "#fafafa"
-            font.bold: false
-            font.capitalization: Font.Capitalize
-            font.family: fontPalatino.font.family
-            font.pixelSize: 30
-            layer.effect: MultiEffect {
-                shadowBlur: 0.8
-                shadowEnabled: true
+                LampEffect {
+                    id: orkDataEffect
+
+                    name: "Запись данных"
+                    objectName: "orkDataEffect"
+                    source: orkDataLED
+                }
+
+                Text {
+                    Accessible.name: text
+                    Accessible.role: Accessible.StaticText
+                    anchors.bottom: parent.bottom
+                    anchors.bottomMargin: 40
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    color: "#fafafa"
+                    font.bold: false
+                    font.capitalization: Font.Capitalize
+                    font.family: fontPalatino.font.family
+                    font.pixelSize: 30
+                    layer.effect: MultiEffect {
+                        shadowBlur: 0.8
+                        shadowEnabled: true
+                    }
+                    layer.enabled: true
+                    objectName: "calendar"
+                    style: Text.Raised
+                    styleColor: "black"
+                    text: controlPanel.calendarText
+                }
             }
-            layer.enabled: true
-            objectName: "calendar"
-            style: Text.Raised
-            styleColor: "black"
-            text: controlPanel.calendarText
+        }
+
+        Item {
+            height: frame.panel.height
+            width: frame.panel.width
+            x: frame.panel.x
+            y: frame.panel.y
+
+            Loader {
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 100
+                anchors.left: parent.left
+                anchors.leftMargin: 20
+                anchors.right: parent.right
+                anchors.rightMargin: 20
+                anchors.top: parent.top
+                anchors.topMargin: 220
+                objectName: "clockArea"
+                source: "clocks/clocks.qml"
+            }
         }
     }
 }

@@ -460,100 +460,650 @@ ApplicationWindow {
         to: "#fa4444"
     }
 
-    Rectangle {
+    // What stays the same between two readings.
+    Backdrop {
         anchors.fill: parent
-        color: "#b22222"
-        gradient: Gradient {
-            GradientStop {
-                color: "#a02222"
-                position: 0.0
+
+        Rectangle {
+            anchors.fill: parent
+            color: "#b22222"
+            gradient: Gradient {
+                GradientStop {
+                    color: "#a02222"
+                    position: 0.0
+                }
+                GradientStop {
+                    color: "#e82222"
+                    position: 1.0
+                }
             }
-            GradientStop {
-                color: "#e82222"
-                position: 1.0
+        }
+
+        SoftShadow {
+            anchors.fill: titleStrip
+            source: titleStrip
+        }
+
+        Rectangle {
+            id: titleStrip
+
+            objectName: "titleStrip"
+            anchors.left: parent.left
+            anchors.margins: 8
+            anchors.right: parent.right
+            anchors.top: parent.top
+            color: "#eeeeee"
+            height: 40
+            radius: 4
+        }
+
+        SoftShadow {
+            id: titleShadow
+
+            objectName: "titleShadow"
+            anchors.fill: titleText
+            shadowBlur: 0.1
+            source: titleText
+        }
+
+        Text {
+            id: titleText
+
+            objectName: "titleText"
+            anchors.centerIn: titleStrip
+            font.family: fontPalantino.font.family
+            font.pointSize: 20
+            text: "Измеритель высоты облаков ОРК-2"
+        }
+
+        NumberAnimation {
+            duration: 5000
+            from: 0
+            properties: "opacity"
+            running: window.visible
+            targets: [titleText, titleShadow]
+            to: 1
+        }
+
+        SoftShadow {
+            id: panelShadow
+
+            anchors.fill: panelFace
+            source: panelFace
+            visible: false
+        }
+
+        OuterEdge {
+            anchors.fill: panelFace
+            effect: panelShadow
+        }
+
+        Rectangle {
+            id: panelFace
+
+            anchors.fill: panel
+            color: "#eeeeee"
+            radius: 4
+        }
+
+        Item {
+            id: panel
+
+            objectName: "panel"
+            anchors.bottom: parent.bottom
+            anchors.bottomMargin: 8
+            anchors.left: parent.left
+            anchors.leftMargin: 8
+            anchors.right: parent.right
+            anchors.rightMargin: 8
+            anchors.top: titleStrip.bottom
+            anchors.topMargin: 6
+
+            SoftShadow {
+                anchors.fill: chanelID
+                source: chanelID
+            }
+
+            Rectangle {
+                id: chanelID
+
+                property bool lit: false
+
+                objectName: "chanelID"
+                Accessible.description: lit ? "Горит" : "Не горит"
+                Accessible.name: "Резервный канал"
+                Accessible.role: Accessible.Indicator
+                anchors.horizontalCenter: parent.horizontalCenter
+                anchors.top: parent.top
+                anchors.topMargin: 60
+                border.color: "#4f4f4f"
+                border.width: 1
+                color: "#6f6f6f"
+                height: 20
+                radius: 10
+                width: 20
+            }
+
+            Text {
+                objectName: "chanelCaption"
+                anchors.horizontalCenter: chanelID.horizontalCenter
+                anchors.top: chanelID.top
+                anchors.topMargin: 20
+                font.family: fontPalantino.font.family
+                font.pointSize: 12
+                text: "Резерв"
+            }
+
+            Rectangle {
+                id: chartFrame
+
+                anchors.fill: chartArea
+                anchors.margins: 9
+                radius: 5
+                visible: false
+            }
+
+            Glow {
+                id: chartGlow
+
+                anchors.fill: chartFrame
+                color: "#cccccc"
+                radius: 15
+                samples: 15
+                source: chartFrame
+                spread: 0.25
+                transparentBorder: true
+                visible: false
+            }
+
+            OuterEdge {
+                anchors.fill: chartFrame
+                effect: chartGlow
+            }
+
+            Item {
+                id: chartArea
+
+                // The background chart's plot area as the layers see it, so that the dots stand on the
+                // drawn scale. Qt Charts draws a dot a pixel higher than a line, and evenly only at a half.
+                readonly property rect plotOnLayer: Qt.rect(chartView.plotArea.x - layerCharts.x,
+                                                            belowPixel(chartView.plotArea.y) - layerCharts.y,
+                                                            chartView.plotArea.width,
+                                                            chartView.plotArea.height)
+
+                function belowPixel(y) {
+                    const scale = Screen.devicePixelRatio;
+                    return (Math.floor(y * scale) + 1.5) / scale;
+                }
+
+                anchors.bottom: startButton.top
+                anchors.bottomMargin: 55
+                anchors.left: parent.left
+                anchors.leftMargin: 20
+                anchors.right: parent.right
+                anchors.rightMargin: 20
+                anchors.top: parent.top
+                anchors.topMargin: firstLcd.y + firstLcd.height + 15
+
+                ChartView {
+                    id: chartView
+
+                    readonly property int lowestMargin: 40
+
+                    objectName: "chartView"
+                    anchors.fill: parent
+                    animationDuration: 3000
+                    antialiasing: false
+                    backgroundColor: "#eeeeee"
+                    backgroundRoundness: 5
+                    dropShadowEnabled: true
+                    legend.font.family: fontPalantino.font.family
+                    legend.font.pixelSize: 14
+                    legend.opacity: 0
+                    margins.bottom: lowestMargin
+                    margins.right: 26
+
+                    // A height that is a multiple of 4 puts every line of the grid on a whole pixel.
+                    onPlotAreaChanged: plotArea => {
+                        const highest = plotArea.height + margins.bottom - lowestMargin;
+                        margins.bottom = lowestMargin + Math.round(highest) % 4;
+                    }
+
+                    CategoryAxis {
+                        id: barCategoriesAxis
+
+                        objectName: "barCategoriesAxis"
+                        titleText: "Date"
+                        visible: false
+                    }
+
+                    ValueAxis {
+                        id: valueAxisX
+
+                        objectName: "valueAxisX"
+                        max: uiData ? uiData.xmax : 0
+                        min: uiData ? uiData.xmin : 0
+                        visible: false
+                    }
+
+                    DateTimeAxis {
+                        id: axiX
+
+                        objectName: "axiX"
+                        format: "hh:mm:ss"
+                        labelsAngle: -45
+                        max: window.windowEnd()
+                        min: window.windowStart()
+                        tickCount: 9
+                        visible: false
+                    }
+
+                    ValueAxis {
+                        id: valueAxisY
+
+                        objectName: "valueAxisY"
+                        gridLineColor: "#cccccc"
+                        labelsAngle: 0
+                        labelsFont.family: fontPalantino.font.family
+                        labelsFont.pixelSize: 14
+                        max: 3000
+                        min: 0
+                        titleFont.family: fontPalantino.font.family
+                        titleFont.pixelSize: 14
+                        titleText: "Высота (м)"
+                    }
+
+                    LogValueAxis {
+                        id: logValueAxisY
+
+                        objectName: "logValueAxisY"
+                        max: 4000
+                        min: 0
+                        minorTickCount: 0
+                        titleText: "Высота (м)"
+                        visible: false
+                    }
+
+                    ScatterSeries {
+                        id: tempSeries
+
+                        objectName: "tempSeries"
+                        axisX: axiX
+                        axisY: logValueAxisY
+                        name: ""
+                        visible: false
+                    }
+
+                    ScatterSeries {
+                        id: tempSeries2
+
+                        objectName: "tempSeries2"
+                        axisX: axiX
+                        axisY: valueAxisY
+                        name: ""
+                        visible: false
+                    }
+                }
+
+                Text {
+                    id: chartName
+
+                    objectName: "chartName"
+                    anchors.horizontalCenter: parent.horizontalCenter
+                    anchors.top: parent.top
+                    anchors.topMargin: 15
+                    font.family: fontPalantino.font.family
+                    font.pixelSize: 18
+                    text: window.cName
+                }
+
+                Rectangle {
+                    objectName: "chartLegend"
+                    anchors.horizontalCenter: chartName.horizontalCenter
+                    anchors.top: chartName.bottom
+                    anchors.topMargin: 3
+                    color: "#eeeeee"
+                    height: 20
+                    width: 350
+
+                    LegendSquare {
+                        id: firstSquare
+
+                        objectName: "firstSquare"
+                        anchors.right: parent.horizontalCenter
+                        anchors.rightMargin: 110
+                        color: "#209FDF"
+                    }
+
+                    LegendText {
+                        objectName: "firstLegend"
+                        anchors.left: firstSquare.right
+                        font.family: fontPalantino.font.family
+                        text: "Первый слой"
+                    }
+
+                    LegendSquare {
+                        id: secondSquare
+
+                        objectName: "secondSquare"
+                        anchors.left: parent.horizontalCenter
+                        anchors.leftMargin: 20
+                        color: "#9DCC5B"
+                    }
+
+                    LegendText {
+                        objectName: "secondLegend"
+                        anchors.left: secondSquare.right
+                        font.family: fontPalantino.font.family
+                        text: "Второй слой"
+                    }
+                }
+
+                Item {
+                    id: layerCharts
+
+                    anchors.bottom: parent.bottom
+                    anchors.bottomMargin: 51
+                    anchors.left: parent.left
+                    anchors.leftMargin: 68
+                    anchors.right: parent.right
+                    anchors.rightMargin: 25
+                    anchors.top: chartName.bottom
+                    anchors.topMargin: 18
+
+                    LayerChart {
+                        id: chart1_id
+
+                        objectName: "chart1_id"
+                        plotArea: chartArea.plotOnLayer
+                        onOpacityChanged: {
+                            if (opacity === 0) {
+                                window.removeOldest(fLayerCloudSeries);
+                            }
+                            opacity = 1;
+                        }
+
+                        ValueAxis {
+                            id: seriesX
+
+                            objectName: "seriesX"
+                            gridVisible: false
+                            labelsVisible: false
+                            max: uiData ? uiData.xmax : 0
+                            min: uiData ? uiData.xmin : 0
+                            visible: false
+                        }
+
+                        DateTimeAxis {
+                            id: axisFX
+
+                            objectName: "axisFX"
+                            format: "hh:mm:ss"
+                            gridVisible: false
+                            labelsAngle: -45
+                            labelsVisible: false
+                            max: window.windowEnd()
+                            min: window.windowStart()
+                            tickCount: 9
+                            visible: false
+                        }
+
+                        LogValueAxis {
+                            id: logValueAxisSeriesY
+
+                            objectName: "logValueAxisSeriesY"
+                            gridVisible: false
+                            labelsVisible: false
+                            max: 3000
+                            min: 0
+                            visible: false
+                        }
+
+                        ValueAxis {
+                            id: valueAxisSeriesY
+
+                            objectName: "valueAxisSeriesY"
+                            gridVisible: false
+                            labelsVisible: false
+                            max: 3000
+                            min: 0
+                            visible: false
+                        }
+
+                        ScatterSeries {
+                            id: fLayerCloudSeries
+
+                            objectName: "fLayerCloudSeries"
+                            axisX: axisFX
+                            axisY: valueAxisSeriesY
+                            borderColor: "#209FDF"
+                            borderWidth: 2
+                            color: "#209FDF"
+                            markerSize: 3
+                            // The same name as the second layer's; no legend shows it.
+                            name: "Второй слой"
+                            opacity: 1
+                        }
+                    }
+
+                    LayerChart {
+                        id: chart2_id
+
+                        objectName: "chart2_id"
+                        plotArea: chartArea.plotOnLayer
+                        onOpacityChanged: {
+                            if (opacity === 0) {
+                                window.removeOldest(sLayerCloudSeries);
+                            }
+                            opacity = 1;
+                        }
+
+                        ValueAxis {
+                            id: seriesX2
+
+                            objectName: "seriesX2"
+                            gridVisible: false
+                            labelsVisible: false
+                            max: uiData ? uiData.xmax : 0
+                            min: uiData ? uiData.xmin : 0
+                            visible: false
+                        }
+
+                        DateTimeAxis {
+                            id: axisSX
+
+                            objectName: "axisSX"
+                            format: "hh:mm:ss"
+                            gridVisible: false
+                            labelsAngle: -45
+                            labelsVisible: false
+                            max: window.windowEnd()
+                            min: window.windowStart()
+                            tickCount: 9
+                            visible: false
+                        }
+
+                        LogValueAxis {
+                            id: logValueAxisSeriesY2
+
+                            objectName: "logValueAxisSeriesY2"
+                            gridVisible: false
+                            labelsVisible: false
+                            max: 3000
+                            min: 0
+                            visible: false
+                        }
+
+                        ValueAxis {
+                            id: valueAxisSeriesY2
+
+                            objectName: "valueAxisSeriesY2"
+                            gridVisible: false
+                            labelsVisible: false
+                            max: 3000
+                            min: 0
+                            visible: false
+                        }
+
+                        ScatterSeries {
+                            id: sLayerCloudSeries
+
+                            objectName: "sLayerCloudSeries"
+                            axisX: axisSX
+                            axisY: valueAxisSeriesY2
+                            borderColor: "#9DCC5B"
+                            borderWidth: 2
+                            color: "#9DCC5B"
+                            markerSize: 3
+                            name: "Второй слой"
+                            opacity: 0.95
+                        }
+                    }
+                }
+
+                DotGlow {
+                    anchors.fill: layerCharts
+                    source: layerCharts
+                }
+
+                MouseArea {
+                    objectName: "rangeArea"
+                    Accessible.description: "Двойной щелчок меняет промежуток времени"
+                    Accessible.name: chartName.text
+                    Accessible.role: Accessible.Chart
+                    anchors.fill: layerCharts
+                    onDoubleClicked: {
+                        console.log("doubleClicked , doubleClicked , doubleClicked ！");
+                        mainBackEnd.changeRangeX();
+                        chartName.text = mainBackEnd.chartName;
+                    }
+                }
+
+                Text {
+                    id: lnTopAltText
+
+                    objectName: "lnTopAltText"
+                    anchors.left: parent.left
+                    anchors.leftMargin: 55
+                    anchors.top: parent.top
+                    anchors.topMargin: 84
+                    font.family: fontPalantino.font.family
+                    font.pointSize: 9
+                    text: "3000.0"
+                    visible: window.lnYaxis
+                }
+            }
+
+            Switch {
+                id: lineLogScale
+
+                objectName: "lineLogScale"
+                Accessible.name: "Логарифмическая шкала высоты"
+                anchors.left: chartArea.left
+                anchors.leftMargin: 25
+                anchors.top: chartArea.bottom
+                checked: false
+                // The user cannot operate it: the chart always has the linear scale.
+                enabled: false
+                font.family: fontPalantino.font.family
+                text: "lg(H)"
+            }
+
+            SoftShadow {
+                anchors.fill: buttonCP
+                source: buttonCP.background
+            }
+
+            MyButton {
+                id: buttonCP
+
+                objectName: "buttonCP"
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 25
+                anchors.left: parent.left
+                anchors.leftMargin: 35
+                text: "Панель управления"
+                width: 150
+                onClicked: window.open(controlPanel)
+            }
+
+            SoftShadow {
+                anchors.fill: startButton
+                source: startButton.background
+            }
+
+            MyButton {
+                id: startButton
+
+                objectName: "startButton"
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 25
+                anchors.right: parent.right
+                anchors.rightMargin: 35
+                checkable: true
+                text: checked ? "Стоп" : "Запуск"
+                onCheckedChanged: {
+                    if (checked) {
+                        mainBackEnd.enButton();
+                    } else {
+                        mainBackEnd.disableButton();
+                    }
+                    fLayerCloudSeries.visible = checked;
+                    sLayerCloudSeries.visible = checked;
+                    axiX.visibleChanged(axiX.visible);
+                    chartView.animationOptions = ChartView.SeriesAnimations;
+                }
+            }
+
+            Item {
+                id: numRectangle
+
+                objectName: "numRectangle"
+                Accessible.name: "Номер прибора: " + window.unitNum + ", год выпуска: " + window.unitYr
+                Accessible.role: Accessible.StaticText
+                anchors.bottom: parent.bottom
+                anchors.bottomMargin: 10
+                anchors.horizontalCenter: parent.horizontalCenter
+                height: 90
+                width: 190
+
+                SoftShadow {
+                    anchors.fill: plate
+                    shadowBlur: 0.2
+                    source: plate
+                }
+
+                Image {
+                    id: plate
+
+                    anchors.fill: parent
+                    fillMode: Image.Stretch
+                    source: "qrc:/img/num.png"
+                }
+
+                PlateBox {
+                    objectName: "numberBox"
+                    fontFamily: fontPalantino.font.family
+                    text: window.unitNum
+                    x: 14
+                }
+
+                PlateBox {
+                    objectName: "yearBox"
+                    fontFamily: fontPalantino.font.family
+                    text: window.unitYr
+                    x: 112
+                }
             }
         }
     }
 
-    SoftShadow {
-        anchors.fill: titleStrip
-        source: titleStrip
-    }
-
-    Rectangle {
-        id: titleStrip
-
-        objectName: "titleStrip"
-        anchors.left: parent.left
-        anchors.margins: 8
-        anchors.right: parent.right
-        anchors.top: parent.top
-        color: "#eeeeee"
-        height: 40
-        radius: 4
-    }
-
-    SoftShadow {
-        id: titleShadow
-
-        objectName: "titleShadow"
-        anchors.fill: titleText
-        shadowBlur: 0.1
-        source: titleText
-    }
-
-    Text {
-        id: titleText
-
-        objectName: "titleText"
-        anchors.centerIn: titleStrip
-        font.family: fontPalantino.font.family
-        font.pointSize: 20
-        text: "Измеритель высоты облаков ОРК-2"
-    }
-
-    NumberAnimation {
-        duration: 5000
-        from: 0
-        properties: "opacity"
-        running: window.visible
-        targets: [titleText, titleShadow]
-        to: 1
-    }
-
-    SoftShadow {
-        id: panelShadow
-
-        anchors.fill: panelFace
-        source: panelFace
-        visible: false
-    }
-
-    OuterEdge {
-        anchors.fill: panelFace
-        effect: panelShadow
-    }
-
-    Rectangle {
-        id: panelFace
-
-        anchors.fill: panel
-        color: "#eeeeee"
-        radius: 4
-    }
-
+    // What moves with each reading or blinks.
     Item {
-        id: panel
-
-        objectName: "panel"
-        anchors.bottom: parent.bottom
-        anchors.bottomMargin: 8
-        anchors.left: parent.left
-        anchors.leftMargin: 8
-        anchors.right: parent.right
-        anchors.rightMargin: 8
-        anchors.top: titleStrip.bottom
-        anchors.topMargin: 6
+        height: panel.height
+        width: panel.width
+        x: panel.x
+        y: panel.y
 
         MyLcdNumber {
             id: firstLcd
@@ -585,556 +1135,19 @@ ApplicationWindow {
             lcdText: "Второй слой облаков (м)"
         }
 
-        SoftShadow {
-            anchors.fill: chanelID
-            source: chanelID
-        }
+        Text {
+            id: errorText
 
-        Rectangle {
-            id: chanelID
-
-            property bool lit: false
-
-            objectName: "chanelID"
-            Accessible.description: lit ? "Горит" : "Не горит"
-            Accessible.name: "Резервный канал"
-            Accessible.role: Accessible.Indicator
+            objectName: "errorText"
+            Accessible.name: text
+            Accessible.role: Accessible.AlertMessage
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.top: parent.top
-            anchors.topMargin: 60
-            border.color: "#4f4f4f"
-            border.width: 1
-            color: "#6f6f6f"
-            height: 20
-            radius: 10
-            width: 20
-        }
-
-        Text {
-            objectName: "chanelCaption"
-            anchors.horizontalCenter: chanelID.horizontalCenter
-            anchors.top: chanelID.top
-            anchors.topMargin: 20
+            anchors.topMargin: chartArea.y + 165
+            color: "#a02222"
             font.family: fontPalantino.font.family
-            font.pointSize: 12
-            text: "Резерв"
-        }
-
-        Rectangle {
-            id: chartFrame
-
-            anchors.fill: chartArea
-            anchors.margins: 9
-            radius: 5
+            font.pixelSize: 48
             visible: false
-        }
-
-        Glow {
-            id: chartGlow
-
-            anchors.fill: chartFrame
-            color: "#cccccc"
-            radius: 15
-            samples: 15
-            source: chartFrame
-            spread: 0.25
-            transparentBorder: true
-            visible: false
-        }
-
-        OuterEdge {
-            anchors.fill: chartFrame
-            effect: chartGlow
-        }
-
-        Item {
-            id: chartArea
-
-            // The background chart's plot area as the layers see it, so that the dots stand on the
-            // drawn scale. Qt Charts draws a dot a pixel higher than a line, and evenly only at a half.
-            readonly property rect plotOnLayer: Qt.rect(chartView.plotArea.x - layerCharts.x,
-                                                        belowPixel(chartView.plotArea.y) - layerCharts.y,
-                                                        chartView.plotArea.width,
-                                                        chartView.plotArea.height)
-
-            function belowPixel(y) {
-                const scale = Screen.devicePixelRatio;
-                return (Math.floor(y * scale) + 1.5) / scale;
-            }
-
-            anchors.bottom: startButton.top
-            anchors.bottomMargin: 55
-            anchors.left: parent.left
-            anchors.leftMargin: 20
-            anchors.right: parent.right
-            anchors.rightMargin: 20
-            anchors.top: firstLcd.bottom
-            anchors.topMargin: 15
-
-            ChartView {
-                id: chartView
-
-                readonly property int lowestMargin: 40
-
-                objectName: "chartView"
-                anchors.fill: parent
-                animationDuration: 3000
-                antialiasing: false
-                backgroundColor: "#eeeeee"
-                backgroundRoundness: 5
-                dropShadowEnabled: true
-                legend.font.family: fontPalantino.font.family
-                legend.font.pixelSize: 14
-                legend.opacity: 0
-                margins.bottom: lowestMargin
-                margins.right: 26
-
-                // A height that is a multiple of 4 puts every line of the grid on a whole pixel.
-                onPlotAreaChanged: plotArea => {
-                    const highest = plotArea.height + margins.bottom - lowestMargin;
-                    margins.bottom = lowestMargin + Math.round(highest) % 4;
-                }
-
-                CategoryAxis {
-                    id: barCategoriesAxis
-
-                    objectName: "barCategoriesAxis"
-                    titleText: "Date"
-                    visible: false
-                }
-
-                ValueAxis {
-                    id: valueAxisX
-
-                    objectName: "valueAxisX"
-                    max: uiData ? uiData.xmax : 0
-                    min: uiData ? uiData.xmin : 0
-                    visible: false
-                }
-
-                DateTimeAxis {
-                    id: axiX
-
-                    objectName: "axiX"
-                    format: "hh:mm:ss"
-                    labelsAngle: -45
-                    max: window.windowEnd()
-                    min: window.windowStart()
-                    tickCount: 9
-                    visible: false
-                }
-
-                ValueAxis {
-                    id: valueAxisY
-
-                    objectName: "valueAxisY"
-                    gridLineColor: "#cccccc"
-                    labelsAngle: 0
-                    labelsFont.family: fontPalantino.font.family
-                    labelsFont.pixelSize: 14
-                    max: 3000
-                    min: 0
-                    titleFont.family: fontPalantino.font.family
-                    titleFont.pixelSize: 14
-                    titleText: "Высота (м)"
-                }
-
-                LogValueAxis {
-                    id: logValueAxisY
-
-                    objectName: "logValueAxisY"
-                    max: 4000
-                    min: 0
-                    minorTickCount: 0
-                    titleText: "Высота (м)"
-                    visible: false
-                }
-
-                ScatterSeries {
-                    id: tempSeries
-
-                    objectName: "tempSeries"
-                    axisX: axiX
-                    axisY: logValueAxisY
-                    name: ""
-                    visible: false
-                }
-
-                ScatterSeries {
-                    id: tempSeries2
-
-                    objectName: "tempSeries2"
-                    axisX: axiX
-                    axisY: valueAxisY
-                    name: ""
-                    visible: false
-                }
-            }
-
-            Text {
-                id: chartName
-
-                objectName: "chartName"
-                anchors.horizontalCenter: parent.horizontalCenter
-                anchors.top: parent.top
-                anchors.topMargin: 15
-                font.family: fontPalantino.font.family
-                font.pixelSize: 18
-                text: window.cName
-            }
-
-            Rectangle {
-                objectName: "chartLegend"
-                anchors.horizontalCenter: chartName.horizontalCenter
-                anchors.top: chartName.bottom
-                anchors.topMargin: 3
-                color: "#eeeeee"
-                height: 20
-                width: 350
-
-                LegendSquare {
-                    id: firstSquare
-
-                    objectName: "firstSquare"
-                    anchors.right: parent.horizontalCenter
-                    anchors.rightMargin: 110
-                    color: "#209FDF"
-                }
-
-                LegendText {
-                    objectName: "firstLegend"
-                    anchors.left: firstSquare.right
-                    font.family: fontPalantino.font.family
-                    text: "Первый слой"
-                }
-
-                LegendSquare {
-                    id: secondSquare
-
-                    objectName: "secondSquare"
-                    anchors.left: parent.horizontalCenter
-                    anchors.leftMargin: 20
-                    color: "#9DCC5B"
-                }
-
-                LegendText {
-                    objectName: "secondLegend"
-                    anchors.left: secondSquare.right
-                    font.family: fontPalantino.font.family
-                    text: "Второй слой"
-                }
-            }
-
-            Item {
-                id: layerCharts
-
-                anchors.bottom: parent.bottom
-                anchors.bottomMargin: 51
-                anchors.left: parent.left
-                anchors.leftMargin: 68
-                anchors.right: parent.right
-                anchors.rightMargin: 25
-                anchors.top: chartName.bottom
-                anchors.topMargin: 18
-
-                LayerChart {
-                    id: chart1_id
-
-                    objectName: "chart1_id"
-                    plotArea: chartArea.plotOnLayer
-                    onOpacityChanged: {
-                        if (opacity === 0) {
-                            window.removeOldest(fLayerCloudSeries);
-                        }
-                        opacity = 1;
-                    }
-
-                    ValueAxis {
-                        id: seriesX
-
-                        objectName: "seriesX"
-                        gridVisible: false
-                        labelsVisible: false
-                        max: uiData ? uiData.xmax : 0
-                        min: uiData ? uiData.xmin : 0
-                        visible: false
-                    }
-
-                    DateTimeAxis {
-                        id: axisFX
-
-                        objectName: "axisFX"
-                        format: "hh:mm:ss"
-                        gridVisible: false
-                        labelsAngle: -45
-                        labelsVisible: false
-                        max: window.windowEnd()
-                        min: window.windowStart()
-                        tickCount: 9
-                        visible: false
-                    }
-
-                    LogValueAxis {
-                        id: logValueAxisSeriesY
-
-                        objectName: "logValueAxisSeriesY"
-                        gridVisible: false
-                        labelsVisible: false
-                        max: 3000
-                        min: 0
-                        visible: false
-                    }
-
-                    ValueAxis {
-                        id: valueAxisSeriesY
-
-                        objectName: "valueAxisSeriesY"
-                        gridVisible: false
-                        labelsVisible: false
-                        max: 3000
-                        min: 0
-                        visible: false
-                    }
-
-                    ScatterSeries {
-                        id: fLayerCloudSeries
-
-                        objectName: "fLayerCloudSeries"
-                        axisX: axisFX
-                        axisY: valueAxisSeriesY
-                        borderColor: "#209FDF"
-                        borderWidth: 2
-                        color: "#209FDF"
-                        markerSize: 3
-                        // The same name as the second layer's; no legend shows it.
-                        name: "Второй слой"
-                        opacity: 1
-                    }
-                }
-
-                LayerChart {
-                    id: chart2_id
-
-                    objectName: "chart2_id"
-                    plotArea: chartArea.plotOnLayer
-                    onOpacityChanged: {
-                        if (opacity === 0) {
-                            window.removeOldest(sLayerCloudSeries);
-                        }
-                        opacity = 1;
-                    }
-
-                    ValueAxis {
-                        id: seriesX2
-
-                        objectName: "seriesX2"
-                        gridVisible: false
-                        labelsVisible: false
-                        max: uiData ? uiData.xmax : 0
-                        min: uiData ? uiData.xmin : 0
-                        visible: false
-                    }
-
-                    DateTimeAxis {
-                        id: axisSX
-
-                        objectName: "axisSX"
-                        format: "hh:mm:ss"
-                        gridVisible: false
-                        labelsAngle: -45
-                        labelsVisible: false
-                        max: window.windowEnd()
-                        min: window.windowStart()
-                        tickCount: 9
-                        visible: false
-                    }
-
-                    LogValueAxis {
-                        id: logValueAxisSeriesY2
-
-                        objectName: "logValueAxisSeriesY2"
-                        gridVisible: false
-                        labelsVisible: false
-                        max: 3000
-                        min: 0
-                        visible: false
-                    }
-
-                    ValueAxis {
-                        id: valueAxisSeriesY2
-
-                        objectName: "valueAxisSeriesY2"
-                        gridVisible: false
-                        labelsVisible: false
-                        max: 3000
-                        min: 0
-                        visible: false
-                    }
-
-                    ScatterSeries {
-                        id: sLayerCloudSeries
-
-                        objectName: "sLayerCloudSeries"
-                        axisX: axisSX
-                        axisY: valueAxisSeriesY2
-                        borderColor: "#9DCC5B"
-                        borderWidth: 2
-                        color: "#9DCC5B"
-                        markerSize: 3
-                        name: "Второй слой"
-                        opacity: 0.95
-                    }
-                }
-            }
-
-            DotGlow {
-                anchors.fill: layerCharts
-                source: layerCharts
-            }
-
-            MouseArea {
-                objectName: "rangeArea"
-                Accessible.description: "Двойной щелчок меняет промежуток времени"
-                Accessible.name: chartName.text
-                Accessible.role: Accessible.Chart
-                anchors.fill: layerCharts
-                onDoubleClicked: {
-                    console.log("doubleClicked , doubleClicked , doubleClicked ！");
-                    mainBackEnd.changeRangeX();
-                    chartName.text = mainBackEnd.chartName;
-                }
-            }
-
-            Text {
-                id: errorText
-
-                objectName: "errorText"
-                Accessible.name: text
-                Accessible.role: Accessible.AlertMessage
-                anchors.horizontalCenter: parent.horizontalCenter
-                anchors.top: parent.top
-                anchors.topMargin: 165
-                color: "#a02222"
-                font.family: fontPalantino.font.family
-                font.pixelSize: 48
-                visible: false
-            }
-
-            Text {
-                id: lnTopAltText
-
-                objectName: "lnTopAltText"
-                anchors.left: parent.left
-                anchors.leftMargin: 55
-                anchors.top: parent.top
-                anchors.topMargin: 84
-                font.family: fontPalantino.font.family
-                font.pointSize: 9
-                text: "3000.0"
-                visible: window.lnYaxis
-            }
-        }
-
-        Switch {
-            id: lineLogScale
-
-            objectName: "lineLogScale"
-            Accessible.name: "Логарифмическая шкала высоты"
-            anchors.left: chartArea.left
-            anchors.leftMargin: 25
-            anchors.top: chartArea.bottom
-            checked: false
-            // The user cannot operate it: the chart always has the linear scale.
-            enabled: false
-            font.family: fontPalantino.font.family
-            text: "lg(H)"
-        }
-
-        SoftShadow {
-            anchors.fill: buttonCP
-            source: buttonCP.background
-        }
-
-        MyButton {
-            id: buttonCP
-
-            objectName: "buttonCP"
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 25
-            anchors.left: parent.left
-            anchors.leftMargin: 35
-            text: "Панель управления"
-            width: 150
-            onClicked: window.open(controlPanel)
-        }
-
-        SoftShadow {
-            anchors.fill: startButton
-            source: startButton.background
-        }
-
-        MyButton {
-            id: startButton
-
-            objectName: "startButton"
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 25
-            anchors.right: parent.right
-            anchors.rightMargin: 35
-            checkable: true
-            text: checked ? "Стоп" : "Запуск"
-            onCheckedChanged: {
-                if (checked) {
-                    mainBackEnd.enButton();
-                } else {
-                    mainBackEnd.disableButton();
-                }
-                fLayerCloudSeries.visible = checked;
-                sLayerCloudSeries.visible = checked;
-                axiX.visibleChanged(axiX.visible);
-                chartView.animationOptions = ChartView.SeriesAnimations;
-            }
-        }
-
-        Item {
-            id: numRectangle
-
-            objectName: "numRectangle"
-            Accessible.name: "Номер прибора: " + window.unitNum + ", год выпуска: " + window.unitYr
-            Accessible.role: Accessible.StaticText
-            anchors.bottom: parent.bottom
-            anchors.bottomMargin: 10
-            anchors.horizontalCenter: parent.horizontalCenter
-            height: 90
-            width: 190
-
-            SoftShadow {
-                anchors.fill: plate
-                shadowBlur: 0.2
-                source: plate
-            }
-
-            Image {
-                id: plate
-
-                anchors.fill: parent
-                fillMode: Image.Stretch
-                source: "qrc:/img/num.png"
-            }
-
-            PlateBox {
-                objectName: "numberBox"
-                fontFamily: fontPalantino.font.family
-                text: window.unitNum
-                x: 14
-            }
-
-            PlateBox {
-                objectName: "yearBox"
-                fontFamily: fontPalantino.font.family
-                text: window.unitYr
-                x: 112
-            }
         }
     }
 }

@@ -13,15 +13,19 @@
 #include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
+#include <QSGTextureProvider>
 #include <QScatterSeries>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 
 namespace {
+
+constexpr int kStartAnimationsMs = 20000; // the title fades in for 5 s, slow machines take longer
 
 QDateTime g_now;
 
@@ -29,6 +33,70 @@ const QByteArray kHeader = "Номер прибора: 17\r\n"
                            "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\r\n";
 
 } // namespace
+
+// Counts how often the picture that an item keeps of itself in its layer has to be drawn anew.
+class RedrawCount : public QObject
+{
+    Q_OBJECT
+
+public:
+    // In the thread that draws, while the interface thread waits.
+    explicit RedrawCount(QQuickItem &layered)
+    {
+        connect(
+            layered.window(), &QQuickWindow::afterSynchronizing, this,
+            [this, &layered] {
+                const QSGTextureProvider *provider = layered.textureProvider();
+                const QSGTexture *layer = provider != nullptr ? provider->texture() : nullptr;
+                if (layer != nullptr && !m_watching) {
+                    m_watching = connect(layer, SIGNAL(updateRequested()), this, SLOT(count()),
+                        Qt::DirectConnection);
+                }
+            },
+            Qt::DirectConnection);
+        layered.window()->update();
+    }
+
+    [[nodiscard]] bool isWatching() const { return m_watching; }
+    [[nodiscard]] int value() const { return m_count; }
+    void reset() { m_count = 0; }
+
+private Q_SLOTS:
+    void count() { ++m_count; }
+
+private:
+    std::atomic<bool> m_watching = false;
+    std::atomic<int> m_count = 0;
+};
+
+// Counts a window's frames.
+class FrameCount : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit FrameCount(QQuickWindow &window)
+    {
+        connect(
+            &window, &QQuickWindow::frameSwapped, this, [this] { ++m_count; },
+            Qt::DirectConnection);
+    }
+
+    // A further frame would follow at once.
+    [[nodiscard]] bool isAtRest() const
+    {
+        constexpr int kEchoMs = 50;
+        const int before = m_count;
+        QTest::qWait(kEchoMs);
+        return m_count == before;
+    }
+
+    [[nodiscard]] int value() const { return m_count; }
+    void reset() { m_count = 0; }
+
+private:
+    std::atomic<int> m_count = 0;
+};
 
 class tst_terminal : public QObject
 {
@@ -49,6 +117,8 @@ private Q_SLOTS:
     void choices_areInUseAfterARestart();
     void point10321_thinsBothSeriesOnce();
     void clocks_aChange_isDrawnOnce();
+    void movement_leavesTheBackdropAlone_data();
+    void movement_leavesTheBackdropAlone();
     void itemWithoutLayer_isDrawnAsBefore();
     void brokenDocument_endsWithMinusOne();
 
@@ -61,6 +131,7 @@ private:
     void startAndWaitForPort();
     void send(const QByteArray &bytes);
     [[nodiscard]] QByteArray dayFile() const;
+    [[nodiscard]] QQuickItem *shownSecondHand() const;
     [[nodiscard]] MainBackEndProbe probe() const { return MainBackEndProbe(m_terminal->backEnd()); }
 
     ork2::PseudoTerminal m_line;
@@ -329,42 +400,83 @@ void tst_terminal::point10321_thinsBothSeriesOnce()
     QCOMPARE(second->at(0), points.at(2000));
 }
 
+// Shows the control panel and gives the second hand of its UTC clock.
+QQuickItem *tst_terminal::shownSecondHand() const
+{
+    auto *panel = qobject_cast<QQuickWindow *>(item("controlPanel"));
+    panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(10, 20, 30), Qt::UTC));
+    panel->show();
+    if (!QTest::qWaitForWindowExposed(panel)) {
+        return nullptr;
+    }
+    return panel->findChild<QQuickItem *>(QStringLiteral("clockRow"))
+        ->findChild<QQuickItem *>(QStringLiteral("utc"))
+        ->property("currentItem")
+        .value<QQuickItem *>()
+        ->findChild<QQuickItem *>(QStringLiteral("secondHand"));
+}
+
 void tst_terminal::clocks_aChange_isDrawnOnce()
 {
     constexpr int kChanges = 10;
-    constexpr int kEchoMs = 50; // a further frame would follow at once
-    auto *panel = qobject_cast<QQuickWindow *>(item("controlPanel"));
-    QVERIFY(panel != nullptr);
-    panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(10, 20, 30), Qt::UTC));
-    panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(panel));
-    auto *hand = panel->findChild<QQuickItem *>(QStringLiteral("clockRow"))
-                     ->findChild<QQuickItem *>(QStringLiteral("utc"))
-                     ->property("currentItem")
-                     .value<QQuickItem *>()
-                     ->findChild<QQuickItem *>(QStringLiteral("secondHand"));
+    auto *hand = shownSecondHand();
     QVERIFY(hand != nullptr);
-    const auto frames = std::make_shared<std::atomic<int>>(0);
-    connect(
-        panel, &QQuickWindow::frameSwapped, this, [frames] { ++*frames; }, Qt::DirectConnection);
-    // At rest: windows and hands have finished what the opening began.
-    const auto atRest = [frames] {
-        const int before = *frames;
-        QTest::qWait(kEchoMs);
-        return *frames == before;
-    };
-    QTRY_VERIFY(atRest());
+    FrameCount frames(*hand->window());
+    QTRY_VERIFY(frames.isAtRest());
 
-    const QImage before = panel->grabWindow();
-    QTRY_VERIFY(atRest());
-    *frames = 0;
+    const QImage before = hand->window()->grabWindow();
+    QTRY_VERIFY(frames.isAtRest());
+    frames.reset();
     for (int i = 1; i <= kChanges; ++i) {
         hand->setX(hand->x() + 1);
-        QTRY_VERIFY(*frames >= i);
-        QTRY_VERIFY(atRest());
+        QTRY_VERIFY(frames.value() >= i);
+        QTRY_VERIFY(frames.isAtRest());
     }
-    QCOMPARE(frames->load(), kChanges);
-    QVERIFY(panel->grabWindow() != before);
+    QCOMPARE(frames.value(), kChanges);
+    QVERIFY(hand->window()->grabWindow() != before);
+}
+
+void tst_terminal::movement_leavesTheBackdropAlone_data()
+{
+    QTest::addColumn<bool>("panel");
+    QTest::newRow("digits and banner of the main window") << false;
+    QTest::newRow("clocks of the control panel") << true;
+}
+
+void tst_terminal::movement_leavesTheBackdropAlone()
+{
+    constexpr int kSomeFrames = 3; // of an animation, on a slow machine too
+    QFETCH(const bool, panel);
+    QQuickItem *hand = panel ? shownSecondHand() : nullptr;
+    QVERIFY(!panel || hand != nullptr);
+    auto *window = panel ? hand->window() : qobject_cast<QQuickWindow *>(m_window);
+    const auto pictures = m_window->findChildren<QQuickItem *>(QStringLiteral("backdropPicture"));
+    const auto picture = std::find_if(pictures.begin(), pictures.end(),
+        [window](const QQuickItem *candidate) { return candidate->window() == window; });
+    QVERIFY(picture != pictures.end());
+    FrameCount frames(*window);
+    RedrawCount redraws(**picture);
+    QTRY_VERIFY(redraws.isWatching());
+    QTRY_VERIFY_WITH_TIMEOUT(frames.isAtRest(), kStartAnimationsMs);
+    frames.reset();
+    redraws.reset();
+
+    if (panel) {
+        window->setProperty(
+            "givenTime", QDateTime(QDate(2026, 11, 21), QTime(10, 20, 31), Qt::UTC));
+    } else {
+        window->setProperty("firstCloudAlt", QStringLiteral("0840"));
+        Q_EMIT m_terminal->backEnd().noDataError();
+    }
+    QTRY_VERIFY(frames.value() >= kSomeFrames);
+    QTRY_VERIFY(frames.isAtRest());
+    QCOMPARE(redraws.value(), 0);
+
+    // What lies on it is drawn when it changes.
+    auto *button = window->findChild<QQuickItem *>(
+        panel ? QStringLiteral("dataButton") : QStringLiteral("buttonCP"));
+    button->setProperty("text", QStringLiteral("другой"));
+    QTRY_VERIFY(redraws.value() > 0);
 }
 
 void tst_terminal::itemWithoutLayer_isDrawnAsBefore()

@@ -2,16 +2,18 @@
 // What the windows cost while a measurement runs, one reading a second:
 //
 //   tests/with-display build/release/tools/cost/ork2-chartcost [--points N] [--range SECONDS]
-//       [--seconds S] [--varying] [--idle] [--panel] [--grab FILE]
+//       [--seconds S] [--varying] [--errors] [--idle] [--panel] [--grab FILE]
 //
 // Both series are given N points (60), 10 s apart and ending now; then the start button is pressed
 // and the measurement played for S (60) seconds without an instrument: a reading each second, a
 // plotted point each 10 s. The heights stay the same, or change with each reading (--varying: the
-// read-outs pulse then). Width of the time window: 600, 3600 or 10800 seconds. With --idle nothing
-// is measured; --panel shows the control panel too. Printed in one line: processor seconds a
-// minute, frames of the windows shown, longest frame, longest stall of the interface thread,
-// wake-ups of all threads a second, resident memory. The first five seconds, with the animations of
-// the start, do not count. --grab keeps a picture of the window's last state.
+// read-outs pulse then), or the instrument tells of an error (--errors: the banner blinks). Width
+// of the time window: 600, 3600 or 10800 seconds. With --idle nothing is measured; --panel shows
+// the control panel too. Printed in one line: processor seconds a minute, frames of the windows
+// shown, longest frame, longest stall of the interface thread, wake-ups of all threads a second,
+// resident memory. The first five seconds, with the animations of the start, do not count. --grab
+// keeps a picture of the window's last state.
+#include "frames.h"
 #include "mainbackend.h"
 #include "sharedvalues.h"
 #include "terminal.h"
@@ -132,10 +134,11 @@ int main(int argc, char *argv[])
     const QCommandLineOption grabOption(
         QStringLiteral("grab"), QString(), QStringLiteral("file"), QString());
     const QCommandLineOption varyingOption(QStringLiteral("varying"));
+    const QCommandLineOption errorsOption(QStringLiteral("errors"));
     const QCommandLineOption idleOption(QStringLiteral("idle"));
     const QCommandLineOption panelOption(QStringLiteral("panel"));
     parser.addOptions({pointsOption, rangeOption, secondsOption, grabOption, varyingOption,
-        idleOption, panelOption});
+        errorsOption, idleOption, panelOption});
     parser.process(app);
     const int points = parser.value(pointsOption).toInt();
     const int seconds = parser.value(secondsOption).toInt();
@@ -168,8 +171,13 @@ int main(int argc, char *argv[])
     readings.setInterval(1000);
     QObject::connect(&readings, &QTimer::timeout, &backEnd, [&] {
         tick += parser.isSet(varyingOption) ? 1 : 0;
-        backEnd.showTheCloud(QString::number(std::lround(firstHeight(tick))),
-            QString::number(std::lround(secondHeight(tick))));
+        if (parser.isSet(errorsOption)) {
+            const QString code = QString::number(ork2::kDataErrorCode);
+            backEnd.showTheCloud(code, code);
+        } else {
+            backEnd.showTheCloud(QString::number(std::lround(firstHeight(tick))),
+                QString::number(std::lround(secondHeight(tick))));
+        }
         noReplyCounter.storeRelaxed(kAnsweringButNotRecorded);
     });
     if (!idle) {

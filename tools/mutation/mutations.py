@@ -93,7 +93,7 @@ MUTATIONS = [
      "                window.moveAxis(axisSX, chart2_id);\n            }\n            console.log(\"Second",
      "            }\n            console.log(\"Second", "qml_Chart"),
     ("dots stay after Stop", "qml/main.qml",
-     "                fLayerCloudSeries.visible = checked;\n", "", "qml_main"),
+     "                    fLayerCloudSeries.visible = checked;\n", "", "qml_main"),
     # The day file
     ("a line without a fresh reading", "recording/datalogger.cpp",
      "noReplyCounter.loadRelaxed() < ork2::kReplyAgeLimit", "true", "tst_datalogger"),
@@ -120,6 +120,8 @@ MUTATIONS = [
     # Windows and start
     ("a swinging hand is drawn twice", "app/startup.cpp",
      "QObject::disconnect(layer, SIGNAL(updateRequested()), nullptr, nullptr);", "", "tst_terminal"),
+    ("what stays the same is drawn with each movement", "qml/Backdrop.qml",
+     "layer.enabled: true", "layer.enabled: false", "tst_terminal"),
     ("a document that fails leaves the process", "app/startup.cpp",
      "                QCoreApplication::exit(-1);\n", "", "tst_terminal"),
     ("100 per cent on the splash screen", "app/startup.cpp",
