@@ -70,6 +70,8 @@ private Q_SLOTS:
     void cleanupTestCase();
     void window_looksAsDocumented_data();
     void window_looksAsDocumented();
+    void window_shownAgain_looksAsBefore_data();
+    void window_shownAgain_looksAsBefore();
 
 private:
     [[nodiscard]] QQuickWindow *window(const QString &name) const;
@@ -208,6 +210,32 @@ void tst_windows::window_looksAsDocumented()
     if (!name.isEmpty()) {
         shown->close();
     }
+}
+
+void tst_windows::window_shownAgain_looksAsBefore_data()
+{
+    QTest::addColumn<QString>("name"); // empty: the main window
+    QTest::newRow("main") << QString();
+    QTest::newRow("control-panel") << QStringLiteral("controlPanel");
+}
+
+// A hidden window loses its textures, also those of what it draws only once.
+void tst_windows::window_shownAgain_looksAsBefore()
+{
+    constexpr int kTitleFadesMs = 15000;
+    QFETCH(const QString, name);
+    QQuickWindow *shown = window(name);
+    shown->setVisible(true);
+    QVERIFY(QTest::qWaitForWindowExposed(shown));
+    QTest::qWait(1500); // lamps and hands come to rest
+    const QImage before = shown->grabWindow();
+
+    shown->setVisible(false);
+    QTRY_VERIFY(!shown->isExposed());
+    shown->setVisible(true);
+    QVERIFY(QTest::qWaitForWindowExposed(shown));
+    QTRY_COMPARE_WITH_TIMEOUT(differentPixels(shown->grabWindow(), before), 0, kTitleFadesMs);
+    shown->setVisible(name.isEmpty());
 }
 
 int main(int argc, char *argv[])
