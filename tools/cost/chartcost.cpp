@@ -11,7 +11,7 @@
 // of the time window: 600, 3600 or 10800 seconds. With --idle nothing is measured; --panel shows
 // the control panel too. Printed in one line: processor seconds a minute, frames of the windows
 // shown, longest frame, longest stall of the interface thread, wake-ups of all threads a second,
-// resident memory. The first five seconds, with the animations of the start, do not count. --grab
+// resident memory. The first eight seconds, with the animations of the start, do not count. --grab
 // keeps a picture of the window's last state.
 #include "frames.h"
 #include "mainbackend.h"
@@ -40,7 +40,7 @@
 
 namespace {
 
-constexpr int kSettleMs = 5000;
+constexpr int kSettleMs = 8000;
 constexpr int kStallProbeMs = 5;
 constexpr int kAnsweringButNotRecorded = 6; // seconds without a frame
 
