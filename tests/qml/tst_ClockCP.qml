@@ -330,6 +330,14 @@ Item {
             compare(exits.count, 0);
         }
 
+        // They lie beside the frame with the buttons, not inside it.
+        function test_escape_fromTheClocks_closes() {
+            show();
+            part("zones").forceActiveFocus();
+            keyClick(Qt.Key_Escape);
+            tryCompare(panel, "visible", false);
+        }
+
         function test_lamp_atFirst_isGrey_data() {
             return testCase.lampTable;
         }

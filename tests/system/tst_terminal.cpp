@@ -40,9 +40,9 @@ class RedrawCount : public QObject
     Q_OBJECT
 
 public:
-    // In the thread that draws, while the interface thread waits.
     explicit RedrawCount(QQuickItem &layered)
     {
+        // In the thread that draws, while the interface thread waits.
         connect(
             layered.window(), &QQuickWindow::afterSynchronizing, this,
             [this, &layered] {
@@ -69,7 +69,7 @@ private:
     std::atomic<int> m_count = 0;
 };
 
-// Counts a window's frames.
+// Counts a window's frames, which may come from a thread of their own.
 class FrameCount : public QObject
 {
     Q_OBJECT
@@ -483,9 +483,9 @@ void tst_terminal::itemWithoutLayer_isDrawnAsBefore()
 {
     auto *window = qobject_cast<QQuickWindow *>(m_window);
     ork2::drawChangesOnce(*window->contentItem());
-    QSignalSpy frames(window, &QQuickWindow::frameSwapped);
+    FrameCount frames(*window);
     window->update();
-    QTRY_VERIFY(!frames.isEmpty());
+    QTRY_VERIFY(frames.value() > 0);
 }
 
 void tst_terminal::brokenDocument_endsWithMinusOne()
