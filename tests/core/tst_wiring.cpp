@@ -5,6 +5,7 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
+#include "patience.h"
 #include "profile.h"
 #include "sharedvalues.h"
 #include "uidata.h"
@@ -189,15 +190,15 @@ void tst_wiring::W1_W2_W21_timers_tickTheirSlots()
     QSignalSpy plot(m_backEnd.get(), &mainBackEnd::updateVoidGraph);
     QSignalSpy save(m_backEnd.get(), &mainBackEnd::timeToData);
     m_probe->requestTimer()->start(1ms);
-    QVERIFY(watchdog.wait());
+    QVERIFY(watchdog.wait(kPatienceMs));
     m_probe->requestTimer()->stop();
     QCOMPARE(plot.count() + save.count(), 0);
     m_probe->plotTimer()->start(1ms);
-    QVERIFY(plot.wait());
+    QVERIFY(plot.wait(kPatienceMs));
     m_probe->plotTimer()->stop();
     QCOMPARE(save.count(), 0);
     m_probe->saveTimer()->start(1ms);
-    QVERIFY(save.wait());
+    QVERIFY(save.wait(kPatienceMs));
 }
 
 void tst_wiring::W3_W6_W7_W8_finishedPort_endsThreadAndWorker()

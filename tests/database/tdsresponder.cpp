@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tdsresponder.h"
 
+#include "patience.h"
+
 #include <QtTest/QtTest>
 
 #include <algorithm>
 
 namespace {
-
-constexpr int kPatienceMs = 20000;
 
 const QString kPython = QStringLiteral(PYTHON);
 const QString kScript = QStringLiteral(RESPONDER);

@@ -7,6 +7,7 @@
 #include "dataloggerprobe.h"
 #include "logcapture.h"
 #include "odbcdriveralias.h"
+#include "patience.h"
 #include "profile.h"
 #include "sharedvalues.h"
 #include "tdsresponder.h"
@@ -33,7 +34,6 @@ namespace {
 
 constexpr int kOpenLimitMs = ork2::kLoginTimeoutSeconds * 1000;
 constexpr int kInsertLimitMs = ork2::kInsertTimeoutSeconds * 1000;
-constexpr int kPatienceMs = 30000;
 constexpr double kHeldUpLimitMs = 50.0;
 
 // Threads that want to run for each core, 1 or more: on a crowded machine a lock's holder may

@@ -5,6 +5,7 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
+#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
@@ -27,7 +28,6 @@ constexpr int kBursts = 8;
 constexpr int kStartsInBurst = 25;
 constexpr int kStartsBeforeEnd = 2000;
 constexpr auto kWriterPause = std::chrono::microseconds(100);
-constexpr int kPatienceMs = 60000;
 const QByteArray kFrame = QByteArrayLiteral("H112342345\r");
 
 } // namespace

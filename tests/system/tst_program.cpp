@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program as it ships, in a process of its own on a real window.
+#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 
@@ -20,7 +21,6 @@ const QString kTitle = QStringLiteral("Измеритель высоты обл�
 // From the right 90, from the bottom of the 900 x 750 window 68.
 constexpr QPoint kStartButton(810, 682);
 constexpr int kRoundsOfExit = 50;
-constexpr int kPatienceMs = 60000;
 
 QString run(const QString &program, const QStringList &arguments)
 {

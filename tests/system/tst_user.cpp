@@ -7,6 +7,7 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
+#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "seededrandom.h"
@@ -37,7 +38,6 @@ constexpr int kEventsInRound = 200;
 constexpr int kTogglesInBurst = 1000;
 constexpr int kToggleIntervalMs = 1;
 constexpr int kFrameIntervalMs = 2;
-constexpr int kPatienceMs = 60000;
 constexpr qsizetype kRememberedEvents = 30;
 
 const QStringList kPanels = {QStringLiteral("sWindow"), QStringLiteral("numberWindow"),
@@ -204,7 +204,7 @@ void tst_user::initTestCase()
     init();
     for (const QString &name : kPanels) {
         open(name);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(name)));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kPatienceMs));
         panel(name)->close();
     }
     measureOnce();
@@ -255,7 +255,7 @@ void tst_user::build()
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     m_window = qobject_cast<QQuickWindow *>(m_terminal->engine().rootObjects().value(0));
     QVERIFY(m_window != nullptr);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
     probe().setClock([] { return g_now; });
 }
@@ -521,7 +521,7 @@ void tst_user::settle()
     QTest::keyClick(m_window, Qt::Key_Escape);
     QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
     QCoreApplication::sendPostedEvents();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
 }
 
 // The sign that it still works: a frame's way to the window.
@@ -550,7 +550,7 @@ void tst_user::randomEvents_leaveNothingBehind()
     m_random = std::make_unique<ork2::SeededRandom>(static_cast<quint32>(seed));
     for (const QString &name : kPanels) {
         open(name);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(name)));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kPatienceMs));
     }
     settle();
     const QStringList threadsBefore = threads();
@@ -598,7 +598,7 @@ void tst_user::ending_anyState_leavesNothingBehind()
     const QString opened = QStringLiteral("Открыт");
     if (kPanels.contains(state)) {
         open(state);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(state)));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(state), kPatienceMs));
     } else if (state == u"port open") {
         startAndAwait(opened);
     } else if (state == u"measuring" || state == u"line pulled" || state == u"instrument lost") {
