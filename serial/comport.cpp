@@ -9,6 +9,10 @@
 #include <QSysInfo>
 #include <QThread>
 
+#ifdef Q_OS_UNIX
+#include <poll.h>
+#endif
+
 namespace {
 
 constexpr qsizetype kShortText = 12; // hexadecimal texts below this length are shown unprefixed
@@ -65,11 +69,8 @@ ComPort::ComPort(QObject *parent)
     // Without this a pulled adapter would stay "open" and silent.
     connect(&m_port, SIGNAL(errorOccurred(QSerialPort::SerialPortError)), this,
         SLOT(handleError(QSerialPort::SerialPortError)));
-    // A device that vanished reads as ended without end, which the toolkit tells as one error or
-    // another or not at all. Asked for its signals, the port meets the real error and tells it as a
-    // ResourceError; a pseudo-terminal, which has no signals, tells something that is ignored.
     m_watch.setInterval(ork2::kPortWatchMs);
-    connect(&m_watch, &QTimer::timeout, this, [this] { m_port.pinoutSignals(); });
+    connect(&m_watch, &QTimer::timeout, this, &ComPort::lookWhetherDeviceIsGone);
     connect(&m_port, &QSerialPort::aboutToClose, &m_watch, &QTimer::stop);
     noReplyCounter.storeRelaxed(0);
 }
@@ -102,13 +103,17 @@ void ComPort::ConnectPort()
     m_buffer.clear();
     m_port.clear();
     m_misses = 0;
-    m_watch.start();
     tellLinuxHint();
-    if (!configurePort()) {
-        tellPortError();
-    } else if (m_port.isOpen()) {
-        Q_EMIT error_(m_port.portName() + QStringLiteral(" >> Открыт!\r"));
+    const bool configured = configurePort();
+    if (!m_port.isOpen()) {
+        return; // the device vanished meanwhile, which has been told already
     }
+    if (!configured) {
+        tellPortError();
+        return;
+    }
+    m_watch.start();
+    Q_EMIT error_(m_port.portName() + QStringLiteral(" >> Открыт!\r"));
 }
 
 bool ComPort::configurePort()
@@ -135,6 +140,21 @@ void ComPort::DisconnectPort()
         m_port.close();
         Q_EMIT error_(m_port.portName() + QStringLiteral(" >> Закрыт!\r"));
     }
+}
+
+// A device that vanished reads as ended without end, which the toolkit tells as one error or
+// another or not at all. Asked for its signals, the port meets the real error and tells it as a
+// ResourceError. The system is asked first: an adapter that is there may fail to answer for its
+// signals now and then, and that would end a measurement that goes on well.
+void ComPort::lookWhetherDeviceIsGone()
+{
+#ifdef Q_OS_UNIX
+    pollfd line = {m_port.handle(), 0, 0};
+    if (::poll(&line, 1, 0) != 1) {
+        return;
+    }
+#endif
+    m_port.pinoutSignals();
 }
 
 void ComPort::handleError(QSerialPort::SerialPortError error)

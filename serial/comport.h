@@ -84,6 +84,7 @@ private:
 
     [[nodiscard]] bool configurePort();
     [[nodiscard]] bool gathering() const;
+    void lookWhetherDeviceIsGone();
     void appendCrc(QByteArray &frame, qsizetype covered);
     void tellPortError();
 
