@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QThread>
 
+#include <cerrno>
+
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
 #include <unistd.h>
@@ -174,16 +176,17 @@ QByteArray datalogger::record() const
 bool datalogger::writeRecord(const QString &path)
 {
     QFile file(path);
-    // A power cut may leave the day's file without its bytes; it then begins anew.
-    const bool newDay = m_unitNumber != 0 && (!file.exists() || file.size() == 0);
-    // Not in text mode: the bytes are the same on every system. Unbuffered: a failed write is known
-    // here, and nothing is left over to be tried again at the close.
-    const QIODevice::OpenMode mode = newDay ? QIODevice::WriteOnly : QIODevice::Append;
-    if (!file.open(mode | QIODevice::Unbuffered)) {
+    // Never opened but for appending: a network share that is away says of every file that it does
+    // not exist, and may be back a moment later. Not in text mode: the bytes are the same on every
+    // system. Unbuffered: a failed write is known here, and nothing is left over to be tried again
+    // at the close.
+    if (!file.open(QIODevice::Append | QIODevice::Unbuffered)) {
         qDebug() << "File wasn't open";
         return false;
     }
     const qint64 wholeLines = file.size();
+    // A power cut may leave the day's file without its bytes; it then begins anew.
+    const bool newDay = m_unitNumber != 0 && wholeLines == 0;
     const bool answering = noReplyCounter.loadRelaxed() < ork2::kReplyAgeLimit;
     const QByteArray bytes =
         (newDay ? header() : QByteArray()) + (answering ? record() : QByteArray());
@@ -212,8 +215,15 @@ void datalogger::bringToDisk(const QFile &file)
     if (descriptor < 0) {
         return;
     }
-    const auto sync = [descriptor] {
-        ::fsync(descriptor);
+    const auto sync = [this, descriptor] {
+        // Some disks and shares take a line and refuse it only here.
+        if (::fsync(descriptor) != 0 && errno != EINVAL) { // EINVAL: nothing that could be synced
+            const QString text = qt_error_string(errno);
+            QMetaObject::invokeMethod(this, [this, text] {
+                qDebug() << "File wasn't written: " << text;
+                Q_EMIT dataLedStatus(false);
+            });
+        }
         ::close(descriptor);
     };
     // Not waited for: the window would stand still on a slow disk. While one is under way there,

@@ -43,7 +43,8 @@ public:
 Q_SIGNALS:
     void debugLog(QString log);
     void sendSqlStr(QVariantList data); // declared, never emitted
-    void dataLedStatus(bool);           // true: a line was written, false: it was not
+    // true: a line was written; false: it was not, or the disk refused it afterwards
+    void dataLedStatus(bool);
 
 public Q_SLOTS:
     // Wind: address 1, 2 or 3; others are ignored, as are temperatures from others than 11, 12, 13.
@@ -106,5 +107,5 @@ private:
     QThread *m_uploadThread = nullptr; // of the upload that is running; both delete themselves
     databasesql *m_uploader = nullptr;
     QList<QVariantList> m_waitingRows; // oldest first
-    QThreadPool m_diskThread;
+    QThreadPool m_diskThread;          // has the system bring written lines to the disk
 };

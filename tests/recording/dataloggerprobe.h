@@ -17,6 +17,11 @@ public:
     [[nodiscard]] qsizetype waitingRows() const { return m_writer.m_waitingRows.size(); }
     [[nodiscard]] bool uploads() const { return m_writer.m_upload; }
 
+    static void setDateForm(datalogger &writer, int form)
+    {
+        writer.m_dateForm = static_cast<datalogger::DateForm>(form);
+    }
+
     // Three blocks of ten: speeds, directions, critical values, temperature.
     [[nodiscard]] QList<double> sensorValues() const
     {

@@ -13,7 +13,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
+
 #ifdef Q_OS_UNIX
+#include <cerrno>
 #include <csignal>
 #include <sys/resource.h>
 #endif
@@ -52,6 +55,8 @@ private Q_SLOTS:
     void channel_names();
     void path_fromStore_decidesTheFolder_data();
     void path_fromStore_decidesTheFolder();
+    void dateForm_namesTheFile_data();
+    void dateForm_namesTheFile();
     void silentInstrument_writesNothing_data();
     void silentInstrument_writesNothing();
     void silentInstrument_newDay_leavesHeaderOnly();
@@ -64,6 +69,7 @@ private Q_SLOTS:
     void folderRemoved_whileRunning_isMadeAnew();
     void emptyFile_getsHeader();
     void line_isBroughtToTheDisk();
+    void line_refusedByTheDisk_isTold();
     void fullDisk_leavesWholeLines();
     void fullDisk_newDay_leavesNoFile();
     void headerTemplate_isLookedFor();
@@ -216,6 +222,26 @@ void tst_datalogger::path_fromStore_decidesTheFolder()
     QFile::remove(path);
 }
 
+void tst_datalogger::dateForm_namesTheFile_data()
+{
+    QTest::addColumn<int>("form");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("dots") << 0 << QStringLiteral("2026.11.15");
+    QTest::newRow("plain") << 1 << QStringLiteral("20261115");
+    QTest::newRow("last six") << 2 << QStringLiteral("261115");
+}
+
+void tst_datalogger::dateForm_namesTheFile()
+{
+    QFETCH(const int, form);
+    QFETCH(const QString, name);
+    datalogger writer;
+    DataloggerProbe::setDateForm(writer, form);
+    LogCapture log;
+    writer.DateTimeRecieve(kDate, kTime);
+    QVERIFY(QFile::exists(dayFile(17, name)));
+}
+
 void tst_datalogger::silentInstrument_writesNothing_data()
 {
     QTest::addColumn<int>("silentSeconds");
@@ -337,6 +363,7 @@ namespace {
 
 QMutex g_syncLock;
 QString g_synced; // what the program last brought to the disk
+std::atomic<bool> g_diskRefuses = false;
 
 } // namespace
 
@@ -345,7 +372,8 @@ extern "C" int fsync(int descriptor)
 {
     const QMutexLocker lock(&g_syncLock);
     g_synced = QFileInfo(QStringLiteral("/proc/self/fd/%1").arg(descriptor)).symLinkTarget();
-    return 0;
+    errno = EIO;
+    return g_diskRefuses ? -1 : 0;
 }
 #endif
 
@@ -362,6 +390,23 @@ void tst_datalogger::line_isBroughtToTheDisk()
         return g_synced == QFileInfo(dayFile()).canonicalFilePath();
     };
     QTRY_VERIFY(synced());
+#endif
+}
+
+void tst_datalogger::line_refusedByTheDisk_isTold()
+{
+#ifndef Q_OS_LINUX
+    QSKIP("What the disk answers can be played on Linux only");
+#else
+    datalogger writer;
+    QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
+    LogCapture log;
+    g_diskRefuses = true;
+    writer.DateTimeRecieve(kDate, kTime);
+    QTRY_COMPARE(lamp, (QList<QVariantList>{{true}, {false}}));
+    g_diskRefuses = false;
+    QVERIFY(log.lines().contains(
+        QStringLiteral("File wasn't written:  \"%1\"").arg(qt_error_string(EIO))));
 #endif
 }
 
