@@ -6,8 +6,6 @@
 
 #include <QApplication>
 #include <QIcon>
-#include <QLabel>
-#include <QSplashScreen>
 
 #include <csignal>
 #include <cstdio>
@@ -23,22 +21,8 @@ int runTerminal(QApplication &application)
     QGuiApplication::setDesktopFileName(QStringLiteral("ork2-terminal"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/img/logokas_p9x_2.ico")));
 
-    QPixmap pixmap(QStringLiteral(":/img/logoKAS.png"));
-    QSplashScreen splash(pixmap, Qt::WindowFlags());
-    QPalette palette;
-    palette.setBrush(QPalette::All, QPalette::WindowText, QBrush(Qt::white, Qt::SolidPattern));
-    const QFont font(QStringLiteral("Palatino Linotype"), 9);
-    QLabel version(QStringLiteral("Версия " ORK2_VERSION), &splash);
-    version.setPalette(palette);
-    version.setFont(font);
-    version.setMinimumHeight(540);
-    version.setMinimumWidth(430);
-    version.setAlignment(Qt::AlignRight | Qt::AlignBottom);
-    version.show();
-    splash.show();
-    QCoreApplication::processEvents();
-    ork2::countUp(splash, pixmap);
-    splash.close();
+    ork2::Splash splash;
+    splash.countUp();
 
     ork2::Terminal terminal(application, QUrl(QStringLiteral("qrc:/main")));
     return QCoreApplication::exec();

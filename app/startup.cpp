@@ -15,22 +15,40 @@
 
 namespace ork2 {
 
-void countUp(QSplashScreen &splash, QPixmap &pixmap)
+Splash::Splash()
+    : m_pixmap(QStringLiteral(":/img/logoKAS.png"))
+    , m_screen(m_pixmap, Qt::WindowFlags())
+    , m_version(QStringLiteral("Версия " ORK2_VERSION), &m_screen)
 {
+    QPalette palette;
+    palette.setBrush(QPalette::All, QPalette::WindowText, QBrush(Qt::white, Qt::SolidPattern));
+    m_version.setPalette(palette);
+    m_version.setFont(QFont(QStringLiteral("Palatino Linotype"), 9));
+    m_version.setMinimumHeight(540);
+    m_version.setMinimumWidth(430);
+    m_version.setAlignment(Qt::AlignRight | Qt::AlignBottom);
+}
+
+void Splash::countUp()
+{
+    m_version.show();
+    m_screen.show();
+    QCoreApplication::processEvents();
     QElapsedTimer clock;
     clock.start();
     while (clock.elapsed() < kSplashMs) {
         const auto elapsed = static_cast<double>(clock.elapsed());
         // The clock is read a second time; a pause in between must not show 100.
         const int percent = qMin(static_cast<int>(elapsed / kSplashMs * 100.0), 99);
-        splash.showMessage(QObject::tr("Загружено: %1%").arg(percent),
+        m_screen.showMessage(QObject::tr("Загружено: %1%").arg(percent),
             Qt::AlignRight | Qt::AlignBottom, Qt::black);
         {
-            const QPainter painter(&pixmap);
+            const QPainter painter(&m_pixmap);
         }
-        splash.setPixmap(pixmap);
+        m_screen.setPixmap(m_pixmap);
         QCoreApplication::processEvents();
     }
+    m_screen.close();
 }
 
 void addImportPaths(QQmlApplicationEngine &engine)

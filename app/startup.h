@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QLabel>
 #include <QObject>
 #include <QPixmap>
 #include <QSplashScreen>
@@ -16,9 +17,22 @@ namespace ork2 {
 
 inline constexpr qint64 kSplashMs = 1000;
 
-// Shows the loading percentage on the splash screen until kSplashMs have passed. Keeps one core
-// busy: the percentage advances as fast as the machine repaints.
-void countUp(QSplashScreen &splash, QPixmap &pixmap);
+// The logo with the version and a loading percentage, before anything else exists.
+class Splash
+{
+public:
+    Splash();
+
+    // Shows it until kSplashMs have passed. Keeps one core busy: the percentage advances as fast as
+    // the machine repaints.
+    void countUp();
+    [[nodiscard]] QSplashScreen &screen() { return m_screen; }
+
+private:
+    QPixmap m_pixmap;
+    QSplashScreen m_screen;
+    QLabel m_version;
+};
 
 // Where documents find modules that the toolkit's version does not bring.
 void addImportPaths(QQmlApplicationEngine &engine);

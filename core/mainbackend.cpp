@@ -225,7 +225,7 @@ void mainBackEnd::startMeasurement()
     setEnabledButton(true);
     m_requestTimer->start();
     m_plotTimer->start();
-    m_saveTimer->start();
+    m_saveTimer->start(ork2::kSaveIntervalMs);
     m_measuring = true;
 }
 
@@ -283,7 +283,7 @@ void mainBackEnd::requestData()
     if (silentSeconds > ork2::kLostAfterSeconds) {
         declareLost();
     } else if (!m_saveTimer->isActive()) {
-        m_saveTimer->start();
+        m_saveTimer->start(ork2::kSaveIntervalMs);
     }
     Q_EMIT chanelLED(m_chanelState != 0);
 }
@@ -331,8 +331,18 @@ void mainBackEnd::plotGraph()
     Q_EMIT updateVoidGraph();
 }
 
+// What was on its way from the line when the measurement was stopped: nothing would ever take it
+// off the window again.
+bool mainBackEnd::comesTooLate() const
+{
+    return !m_measuring && (sender() == m_convertData || sender() == m_comPort);
+}
+
 void mainBackEnd::showTheCloud(QString fLayer, QString sLayer)
 {
+    if (comesTooLate()) {
+        return;
+    }
     // A corrupted digit makes a text that is no number, hence 0, hence no value.
     const auto height = [](const QString &text) {
         const double metres = text.toDouble();
@@ -380,6 +390,9 @@ void mainBackEnd::showTheCloudChanel(QString chCloud)
 
 void mainBackEnd::connectionLed(bool ok)
 {
+    if (comesTooLate()) {
+        return;
+    }
     Q_EMIT connectionLED(ok);
     if (!ok) {
         // The timers run on and the start button stays checked: the user decides what is next.
@@ -421,16 +434,26 @@ void mainBackEnd::openCP()
     timer->start(ork2::kControlPanelDelayMs);
 }
 
+QList<mainBackEnd::PresentPort> mainBackEnd::portsOfThisMachine()
+{
+    QList<PresentPort> present;
+    const auto ports = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo &port : ports) {
+        present << PresentPort{port.portName(), port.productIdentifier()};
+    }
+    return present;
+}
+
 bool mainBackEnd::comSearch()
 {
     int candidates = 0;
     QString name;
-    const auto ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports) {
+    const auto ports = m_presentPorts();
+    for (const PresentPort &port : ports) {
         // One common bit is enough, and that is meant: adapters of many makers qualify.
-        if ((port.productIdentifier() & kAdapterIdBits) != 0) {
+        if ((port.productId & kAdapterIdBits) != 0) {
             ++candidates;
-            name = port.portName();
+            name = port.name;
         }
     }
     const bool found = candidates == 1;

@@ -3,6 +3,7 @@
 
 #include <QDateTime>
 #include <QFont>
+#include <QList>
 #include <QLogValueAxis>
 #include <QObject>
 #include <QPointer>
@@ -130,9 +131,17 @@ private Q_SLOTS:
     void timeToSaveData();
 
 private:
-    // Tests reach the objects that the constructor builds, and set the clock.
+    // Tests reach the objects that the constructor builds, and set the clock and the ports.
     friend class MainBackEndProbe;
 
+    struct PresentPort
+    {
+        QString name;
+        quint16 productId = 0; // of the USB adapter; 0: none known
+    };
+
+    [[nodiscard]] static QList<PresentPort> portsOfThisMachine();
+    [[nodiscard]] bool comesTooLate() const;
     void connectObjects();
     void startMeasurement();
     void stopMeasurement();
@@ -163,6 +172,7 @@ private:
     QString m_chartName;
 
     QDateTime (*m_now)() = &QDateTime::currentDateTime;
+    QList<PresentPort> (*m_presentPorts)() = &mainBackEnd::portsOfThisMachine;
     QThread *m_workerThread = nullptr;
     QPointer<ComPort> m_comPort;
     convertData *m_convertData = nullptr;

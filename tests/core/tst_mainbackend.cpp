@@ -11,7 +11,6 @@
 #include <QElapsedTimer>
 #include <QMetaMethod>
 #include <QMetaProperty>
-#include <QSerialPortInfo>
 #include <QSignalSpy>
 #include <QTest>
 #include <QThread>
@@ -112,6 +111,7 @@ private Q_SLOTS:
     void minuteMark_from59To1_isMissed();
     void saveTick_driftingPhase_marksEachMinuteOnce();
     void saveTick_metLate_marksTheMinuteOnce();
+    void saveTick_afterStopOrLoss_beginsWithItsOwnInterval();
     void saveTick_busyForHalfASecond_stillMarks();
 
     void plotTick_dropsBothValuesThenMovesAxes();
@@ -125,8 +125,8 @@ private Q_SLOTS:
     void message_whileMeasuring_leavesNoTimer();
     void controlPanel_isAskedForAfterDelay();
 
-    void portSearch_noCandidate_takesStoredName_data();
-    void portSearch_noCandidate_takesStoredName();
+    void portSearch_takesTheOnlyAdapter_data();
+    void portSearch_takesTheOnlyAdapter();
     void portName_saved_isStoredAndSilent();
     void portName_updated_isReadAndTold();
     void unit_saved_isStoredAndTold();
@@ -465,6 +465,26 @@ void tst_mainbackend::saveTick_metLate_marksTheMinuteOnce()
     QCOMPARE(marks.count(), 1);
 }
 
+void tst_mainbackend::saveTick_afterStopOrLoss_beginsWithItsOwnInterval()
+{
+    m_probe->setClock([] { return QDateTime(QDate(2026, 11, 15), QTime(12, 33, 58, 20)); });
+    m_backEnd->enButton();
+    m_probe->tickSave();
+    QCOMPARE(m_probe->saveTimer()->interval(), 1280); // on its way into the second
+    m_backEnd->disableButton();
+    m_backEnd->enButton();
+    QCOMPARE(m_probe->saveTimer()->interval(), 1000);
+
+    m_probe->tickSave();
+    noReplyCounter.storeRelaxed(ork2::kLostAfterSeconds);
+    m_probe->tickWatchdog();
+    QVERIFY(!m_probe->saveTimer()->isActive());
+    noReplyCounter.storeRelaxed(0);
+    m_probe->tickWatchdog();
+    QVERIFY(m_probe->saveTimer()->isActive());
+    QCOMPARE(m_probe->saveTimer()->interval(), 1000);
+}
+
 void tst_mainbackend::saveTick_busyForHalfASecond_stillMarks()
 {
     // For an hour every tick comes a little late, that of a full minute by nearly half a second.
@@ -630,32 +650,41 @@ void tst_mainbackend::controlPanel_isAskedForAfterDelay()
     QTRY_COMPARE(asked.count(), 1);
 }
 
-void tst_mainbackend::portSearch_noCandidate_takesStoredName_data()
+void tst_mainbackend::portSearch_takesTheOnlyAdapter_data()
 {
+    using Ports = QList<std::pair<QString, quint16>>;
+    const QString one = QStringLiteral("ttyUSB3");
+    const QString other = QStringLiteral("ttyUSB5");
+    QTest::addColumn<Ports>("ports");
     QTest::addColumn<QString>("stored");
+    QTest::addColumn<bool>("found");
     QTest::addColumn<QString>("name");
-    QTest::newRow("nothing stored") << QString() << QStringLiteral("COM3");
-    QTest::newRow("stored") << QStringLiteral("ttyS7") << QStringLiteral("ttyS7");
+    QTest::newRow("none, nothing stored") << Ports() << QString() << false << "COM3";
+    QTest::newRow("none, one stored") << Ports() << "ttyS7" << false << "ttyS7";
+    QTest::newRow("one") << Ports{{one, 0x6001}} << "ttyS7" << true << one;
+    QTest::newRow("lowest bit in common") << Ports{{one, 0x0001}} << "ttyS7" << true << one;
+    QTest::newRow("higher bits in common") << Ports{{one, 0x6000}} << "ttyS7" << true << one;
+    QTest::newRow("no bit in common") << Ports{{one, 0x1FFE}} << "ttyS7" << false << "ttyS7";
+    QTest::newRow("one among ports without")
+        << Ports{{QStringLiteral("ttyS0"), 0}, {one, 0x2303}, {QStringLiteral("ttyS1"), 0}}
+        << "ttyS7" << true << one;
+    QTest::newRow("two") << Ports{{one, 0x6001}, {other, 0x6001}} << "ttyS7" << false << "ttyS7";
 }
 
-void tst_mainbackend::portSearch_noCandidate_takesStoredName()
+void tst_mainbackend::portSearch_takesTheOnlyAdapter()
 {
-    int candidates = 0;
-    const auto ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports) {
-        candidates += (port.productIdentifier() & 0x6001) != 0 ? 1 : 0;
-    }
-    if (candidates == 1) {
-        QSKIP("This machine has just one adapter that the search would take");
-    }
-    QFETCH(QString, stored);
-    QFETCH(QString, name);
+    using Ports = QList<std::pair<QString, quint16>>;
+    QFETCH(const Ports, ports);
+    QFETCH(const QString, stored);
+    QFETCH(const bool, found);
+    QFETCH(const QString, name);
     if (!stored.isEmpty()) {
         profile::store(ork2::kPortToOpen, stored);
     }
-    QSignalSpy found(m_backEnd.get(), &mainBackEnd::plugPlayComSettings);
-    QVERIFY(!m_probe->searchPort());
-    QCOMPARE(found, (QList<QVariantList>{{9600, 0, name}}));
+    m_probe->setPorts(ports);
+    QSignalSpy told(m_backEnd.get(), &mainBackEnd::plugPlayComSettings);
+    QCOMPARE(m_probe->searchPort(), found);
+    QCOMPARE(told, (QList<QVariantList>{{9600, 0, name}}));
 }
 
 void tst_mainbackend::portName_saved_isStoredAndSilent()
@@ -705,6 +734,9 @@ void tst_mainbackend::dataFolder_isOpened_data()
                               << QStringLiteral("/srv/Meteo/ORK2/Data");
     QTest::newRow("without separator")
         << QStringLiteral("/srv/M") << QStringLiteral("/srv/MORK2/Data");
+    QTest::newRow("mark and more") << QStringLiteral("!x") << own;
+    QTest::newRow("relative") << QStringLiteral(
+        "meteo/") << QDir::current().absoluteFilePath(QStringLiteral("meteo/ORK2/Data"));
 }
 
 void tst_mainbackend::dataFolder_isOpened()

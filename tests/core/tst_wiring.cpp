@@ -44,12 +44,14 @@ private Q_SLOTS:
     void W16_workerLamp_reachesTheController();
     void W17_dataLamp_reachesTheController();
     void W18_W20_reading_reachesControllerBeforeFileWriter();
+    void W16_W18_onTheirWayAtStop_areNotShown();
     void W19_fakeReading_isShown();
     void W22_timeMark_writesTheLine();
     void W23_W24_channel_reachesFileWriterBeforeController();
     void allRows_standInTheirOrder();
 
     void splash_percentage_climbsTo99AtMost();
+    void splash_showsTheVersion();
 
 private:
     [[nodiscard]] QByteArray dayFile() const;
@@ -159,21 +161,26 @@ void tst_wiring::M7_document_decidesTheExit_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("exitCode");
-    QTest::newRow("broken") << QByteArray("import QtQuick\nQtObject { no }") << -1;
-    QTest::newRow("whole") << QByteArray("import QtQuick\nQtObject { }") << 0;
+    QTest::addColumn<bool>("other"); // it is not the document that the exit hangs on
+    const QByteArray broken("import QtQuick\nQtObject { no }");
+    QTest::newRow("broken") << broken << -1 << false;
+    QTest::newRow("whole") << QByteArray("import QtQuick\nQtObject { }") << 0 << false;
+    QTest::newRow("another one broken") << broken << 0 << true;
 }
 
 void tst_wiring::M7_document_decidesTheExit()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, exitCode);
+    QFETCH(const bool, other);
     QFile file(m_base->filePath(QStringLiteral("document.qml")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(text);
     file.close();
     const QUrl document = QUrl::fromLocalFile(file.fileName());
     QQmlApplicationEngine engine;
-    ork2::exitWithoutDocument(engine, *QCoreApplication::instance(), document);
+    ork2::exitWithoutDocument(engine, *QCoreApplication::instance(),
+        other ? QUrl(QStringLiteral("qrc:/main")) : document);
     engine.load(document);
     QTimer end; // of what the handler left running
     connect(&end, &QTimer::timeout, [] { QCoreApplication::exit(0); });
@@ -263,6 +270,7 @@ void tst_wiring::W15_frame_reachesTheParser()
 
 void tst_wiring::W16_workerLamp_reachesTheController()
 {
+    m_backEnd->enButton();
     QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::connectionLED);
     Q_EMIT m_probe->comPort()->connectLED(true);
     QTRY_COMPARE(lamp, (QList<QVariantList>{{true}}));
@@ -277,6 +285,7 @@ void tst_wiring::W17_dataLamp_reachesTheController()
 
 void tst_wiring::W18_W20_reading_reachesControllerBeforeFileWriter()
 {
+    m_backEnd->enButton();
     // A line written while the controller shows the reading still has the reading before it.
     m_probe->fileWriter()->DataCloudRecieved(QStringLiteral("0001"), QStringLiteral("0002"));
     connect(m_backEnd.get(), &mainBackEnd::firstCloudAlt, this, [this] {
@@ -289,6 +298,20 @@ void tst_wiring::W18_W20_reading_reachesControllerBeforeFileWriter()
     m_probe->fileWriter()->DateTimeRecieve(
         QStringLiteral("2026/11/15"), QStringLiteral("12:35:00"));
     QVERIFY(dayFile().endsWith("\r\n12:35:00\t0100\t0200\tОсновной"));
+}
+
+void tst_wiring::W16_W18_onTheirWayAtStop_areNotShown()
+{
+    m_backEnd->enButton();
+    m_backEnd->disableButton();
+    QSignalSpy heights(m_backEnd.get(), &mainBackEnd::firstCloudAlt);
+    QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::connectionLED);
+    Q_EMIT m_probe->parser()->readyToShowClouds(QStringLiteral("0100"), QStringLiteral("0200"));
+    Q_EMIT m_probe->comPort()->connectLED(true);
+    QCOMPARE(heights.count(), 0);
+    QCOMPARE(lamp.count(), 0);
+    QCOMPARE(m_probe->firstValue(), 5000.0);
+    QCOMPARE(m_probe->secondValue(), 5000.0);
 }
 
 void tst_wiring::W19_fakeReading_isShown()
@@ -358,20 +381,21 @@ void tst_wiring::allRows_standInTheirOrder()
 
 void tst_wiring::splash_percentage_climbsTo99AtMost()
 {
-    QPixmap pixmap(64, 64);
-    pixmap.fill(Qt::gray);
-    QSplashScreen splash(pixmap);
-    splash.show();
+    ork2::Splash splash;
     QElapsedTimer clock;
     clock.start();
     QStringList messages;
     QList<qint64> times;
-    connect(&splash, &QSplashScreen::messageChanged, this, [&](const QString &text) {
+    bool shown = true;
+    connect(&splash.screen(), &QSplashScreen::messageChanged, this, [&](const QString &text) {
         messages << text;
         times << clock.elapsed();
+        shown = shown && splash.screen().isVisible();
     });
-    ork2::countUp(splash, pixmap);
+    splash.countUp();
     const qint64 took = clock.elapsed();
+    QVERIFY(shown);
+    QVERIFY(!splash.screen().isVisible());
     QVERIFY2(took >= 1000 && took < 5000, QByteArray::number(took));
     // A busy machine skips numbers.
     QVERIFY2(messages.first().size() == QStringLiteral("Загружено: 0%").size(),
@@ -387,6 +411,21 @@ void tst_wiring::splash_percentage_climbsTo99AtMost()
         last = percent;
     }
     QVERIFY(last >= 50);
+}
+
+void tst_wiring::splash_showsTheVersion()
+{
+    ork2::Splash splash;
+    const auto *version = splash.screen().findChild<QLabel *>();
+    QVERIFY(version != nullptr);
+    QCOMPARE(version->text(), QStringLiteral("Версия 2.2.4"));
+    QCOMPARE(version->alignment(), Qt::AlignRight | Qt::AlignBottom);
+    QCOMPARE(version->minimumSize(), QSize(430, 540));
+    QCOMPARE(version->font().family(), QStringLiteral("Palatino Linotype"));
+    QCOMPARE(version->font().pointSize(), 9);
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QCOMPARE(version->palette().color(group, QPalette::WindowText), QColor(Qt::white));
+    }
 }
 
 int main(int argc, char *argv[])

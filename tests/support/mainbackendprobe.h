@@ -31,6 +31,18 @@ public:
     [[nodiscard]] bool workerRunning() const { return m_backEnd.m_workerRunning; }
 
     void setClock(QDateTime (*now)()) { m_backEnd.m_now = now; }
+    // Names and product identifiers in place of the machine's ports.
+    void setPorts(const QList<std::pair<QString, quint16>> &ports)
+    {
+        s_ports = ports;
+        m_backEnd.m_presentPorts = [] {
+            QList<mainBackEnd::PresentPort> present;
+            for (const auto &[name, productId] : std::as_const(s_ports)) {
+                present << mainBackEnd::PresentPort{name, productId};
+            }
+            return present;
+        };
+    }
 
     void tickWatchdog() { m_backEnd.requestData(); }
     void tickSave() { m_backEnd.timeToSaveData(); }
@@ -49,5 +61,6 @@ public:
     }
 
 private:
+    static inline QList<std::pair<QString, quint16>> s_ports;
     mainBackEnd &m_backEnd;
 };
