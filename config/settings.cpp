@@ -36,6 +36,16 @@ void settings::receiveSignalFromQml()
     readSettingsFile();
 }
 
+QStringList settings::portsOfThisMachine()
+{
+    QStringList names;
+    const auto ports = QSerialPortInfo::availablePorts();
+    for (const QSerialPortInfo &port : ports) {
+        names << port.portName();
+    }
+    return names;
+}
+
 void settings::readSettingsFile()
 {
     QSettings store = ork2::settingsStore();
@@ -61,9 +71,9 @@ void settings::readSettingsFile()
         qDebug() << "File wasn't open";
     }
 
-    const auto ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports) {
-        Q_EMIT sendComPortSettingsToQml(port.portName());
+    const QStringList ports = m_presentPorts();
+    for (const QString &port : ports) {
+        Q_EMIT sendComPortSettingsToQml(port);
     }
 
     // Appended, not replaced: the text only goes to the log, where each read adds its port.

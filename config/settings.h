@@ -4,6 +4,7 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 // Reads the settings file "settings/settings.txt" beside the program when the settings panel asks
 // for it, tells the panel its text and the serial ports present, and keeps the data folder in the
@@ -33,6 +34,9 @@ public Q_SLOTS:
     void readSettingsFile();
 
 private:
+    friend class SettingsProbe; // tests set the ports
+
+    [[nodiscard]] static QStringList portsOfThisMachine();
     void takeValues(const QByteArray &text);
 
     quint32 m_baudRate = 0; // baud; kept here only, the line's own parameters are fixed
@@ -41,4 +45,5 @@ private:
     QString m_pathToData;
     QString m_comPort; // grows with every read; only logged
     QString m_namePath;
+    QStringList (*m_presentPorts)() = &settings::portsOfThisMachine;
 };

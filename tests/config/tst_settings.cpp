@@ -14,6 +14,20 @@
 #include <sys/stat.h>
 #endif
 
+// Gives the reader the ports of a test in place of the machine's.
+class SettingsProbe
+{
+public:
+    static void setPorts(settings &reader, const QStringList &names)
+    {
+        s_names = names;
+        reader.m_presentPorts = [] { return s_names; };
+    }
+
+private:
+    static inline QStringList s_names;
+};
+
 class tst_settings : public QObject
 {
     Q_OBJECT
@@ -36,7 +50,9 @@ private Q_SLOTS:
     void hugeFile_read_isRefused();
     void pipe_read_isRefusedAtOnce();
     void comPort_readTwice_grows();
+    void ports_present_areToldOnceEach_data();
     void ports_present_areToldOnceEach();
+    void ports_ofTheMachine_areTold();
     void request_fromDocument_logsAndReads();
 
 private:
@@ -207,13 +223,14 @@ void tst_settings::positions_wordsDoNotMatter()
 void tst_settings::missingFile_read_tellsPortsOnly()
 {
     settings reader;
+    SettingsProbe::setPorts(reader, {QStringLiteral("ttyUSB0")});
     QSignalSpy texts(&reader, &settings::sendSettingsToQml);
     QSignalSpy ports(&reader, &settings::sendComPortSettingsToQml);
     LogCapture log;
     reader.readSettingsFile();
     QVERIFY(!reader.fileRead());
     QCOMPARE(texts.count(), 0);
-    QCOMPARE(ports.count(), QSerialPortInfo::availablePorts().count());
+    QCOMPARE(ports, (QList<QVariantList>{{QStringLiteral("ttyUSB0")}}));
     QVERIFY(!profile::stored(ork2::kNamePath).isValid());
     QCOMPARE(log.lines().mid(0, 3),
         QStringList({QStringLiteral("Settings started"), QStringLiteral("File not existed"),
@@ -298,7 +315,31 @@ void tst_settings::comPort_readTwice_grows()
     QCOMPARE(reader.comPort(), QStringLiteral("COM3COM3"));
 }
 
+void tst_settings::ports_present_areToldOnceEach_data()
+{
+    QTest::addColumn<QStringList>("ports");
+    QTest::newRow("none") << QStringList();
+    QTest::newRow("one") << QStringList{QStringLiteral("ttyS0")};
+    QTest::newRow("as the system orders them")
+        << QStringList{QStringLiteral("ttyUSB1"), QStringLiteral("ttyS0"), QStringLiteral("COM3")};
+}
+
 void tst_settings::ports_present_areToldOnceEach()
+{
+    QFETCH(const QStringList, ports);
+    settings reader;
+    SettingsProbe::setPorts(reader, ports);
+    QSignalSpy told(&reader, &settings::sendComPortSettingsToQml);
+    reader.readSettingsFile();
+    QStringList names;
+    for (const QVariantList &arguments : told) {
+        names << arguments.first().toString();
+    }
+    QCOMPARE(names, ports);
+}
+
+// Tells something only where the machine has a port.
+void tst_settings::ports_ofTheMachine_areTold()
 {
     settings reader;
     QSignalSpy told(&reader, &settings::sendComPortSettingsToQml);
