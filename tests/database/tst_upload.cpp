@@ -18,6 +18,7 @@
 #include <QSignalSpy>
 #include <QSqlDatabase>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 #include <QThread>
 
@@ -27,6 +28,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 
@@ -35,6 +37,37 @@ namespace {
 constexpr int kOpenLimitMs = ork2::kLoginTimeoutSeconds * 1000;
 constexpr int kInsertLimitMs = ork2::kInsertTimeoutSeconds * 1000;
 constexpr double kHeldUpLimitMs = 50.0;
+
+// Takes what the program writes to its standard output while it lives.
+class StandardOutput
+{
+public:
+    StandardOutput()
+        : m_before(::dup(STDOUT_FILENO))
+    {
+        std::fflush(stdout);
+        m_diverted = m_file.open() && ::dup2(m_file.handle(), STDOUT_FILENO) >= 0;
+    }
+    ~StandardOutput()
+    {
+        std::fflush(stdout);
+        ::dup2(m_before, STDOUT_FILENO);
+        ::close(m_before);
+    }
+    Q_DISABLE_COPY_MOVE(StandardOutput)
+
+    [[nodiscard]] QByteArray text()
+    {
+        std::fflush(stdout);
+        return m_diverted && m_file.seek(0) ? m_file.readAll()
+                                            : QByteArrayLiteral("(not diverted)");
+    }
+
+private:
+    int m_before;
+    QTemporaryFile m_file;
+    bool m_diverted = false;
+};
 
 // Threads that want to run for each core, 1 or more: on a crowded machine a lock's holder may
 // itself wait for its turn.
@@ -242,15 +275,21 @@ void tst_upload::row_reachesTheTable()
     serve();
     // Values that no reading gives; tabs part them, as they part a line's fields.
     m_writer->DataCloudRecieved(QStringLiteral("1.5"), QStringLiteral("20.25\t3.0\t0.1234"));
-    mark(QStringLiteral("12:30:00"));
-    const QPointer<QThread> thread = DataloggerProbe(*m_writer).uploadThread();
-    const QPointer<databasesql> uploader = DataloggerProbe(*m_writer).uploader();
-    QVERIFY(thread && uploader);
-    QTRY_VERIFY_WITH_TIMEOUT(!thread && !uploader, kPatienceMs);
+    QByteArray output;
+    {
+        StandardOutput diverted;
+        mark(QStringLiteral("12:30:00"));
+        const QPointer<QThread> thread = DataloggerProbe(*m_writer).uploadThread();
+        const QPointer<databasesql> uploader = DataloggerProbe(*m_writer).uploader();
+        QVERIFY(thread && uploader);
+        QTRY_VERIFY_WITH_TIMEOUT(!thread && !uploader, kPatienceMs);
+        output = diverted.text();
+    }
     const QString statement = kStatementStart
         + QStringLiteral("'2024-05-01', '12:30:00.000', '-', 7, 1.500, 20.250, 3.000, 0.123)");
     QCOMPARE(m_watch->texts(), QStringList{statement});
     QCOMPARE(m_debugLog, QStringList{statement});
+    QCOMPARE(output, statement.toUtf8() + '\n');
     QCOMPARE(m_watch->finished(), 1);
     verifyNothingIsLeft();
     QCOMPARE(storedRows(),

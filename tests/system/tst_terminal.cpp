@@ -17,6 +17,7 @@
 #include <QQuickWindow>
 #include <QSGTextureProvider>
 #include <QScatterSeries>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -111,6 +112,7 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void window_fitsTheScreen();
     void start_opensThePort_stopClosesIt();
     void reading_reachesWindowAndDayFile();
     void reading_errorCodes_showDashes();
@@ -226,6 +228,16 @@ QByteArray tst_terminal::dayFile() const
 {
     QFile file(m_base->filePath(QStringLiteral("Data/ORK-2 N17/2026.11.15.txt")));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Also run on a screen 800 pixels high.
+void tst_terminal::window_fitsTheScreen()
+{
+    const auto *window = qobject_cast<QQuickWindow *>(m_window);
+    const bool low = window->screen()->size().height() < 850;
+    QCOMPARE(window->height(), low ? 640 : 750);
+    QCOMPARE(window->minimumHeight(), low ? 640 : 750);
+    QCOMPARE(window->maximumHeight(), 750);
 }
 
 void tst_terminal::start_opensThePort_stopClosesIt()
