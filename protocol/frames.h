@@ -3,7 +3,7 @@
 
 #include <QStringView>
 
-// Layout of the two frames of the serial line: 9600 baud, 8 data bits, no parity, 1 stop bit.
+// Layout of the frames of the serial line: 9600 baud, 8 data bits, no parity, 1 stop bit.
 // Offsets and lengths are in bytes, heights in metres.
 namespace ork2 {
 
@@ -23,8 +23,8 @@ inline constexpr char kReserveChannel = '1';
 inline constexpr QStringView kClearSkyText = u"0000";
 inline constexpr QStringView kNoCloudText = u"3000";
 inline constexpr QStringView kNoValueText = u"5000"; // no cloud, or the instrument lost
-// Codes that stand in both height fields when the instrument has no measurement.
 inline constexpr int kNoValueHeight = 5000;
+// Codes that stand in both height fields when the instrument has no measurement.
 inline constexpr int kNoFlashCode = 7777;   // the lamp does not flash
 inline constexpr int kNotReadyCode = 8888;  // data not ready
 inline constexpr int kDataErrorCode = 9999; // data error
