@@ -3,8 +3,10 @@
 // single frames, and throughput of frames back to back.
 #include "mainbackend.h"
 
+#include "frames.h"
 #include "mainbackendprobe.h"
 #include "pseudoterminal.h"
+#include "readingframe.h"
 #include "sharedvalues.h"
 
 #include <QCoreApplication>
@@ -26,10 +28,7 @@ constexpr int kThroughputFrames = 200000;
 
 QByteArray frameNumber(int number)
 {
-    return QStringLiteral("H0%1%2\r")
-        .arg(number % 2900 + 1, 4, 10, QChar(u'0'))
-        .arg(2500, 4)
-        .toLatin1();
+    return ork2::readingFrame({ork2::kMainChannel, number % 2900 + 1, 2500});
 }
 
 using Clock = std::chrono::steady_clock;

@@ -5,6 +5,7 @@
 #include "logcapture.h"
 #include "patience.h"
 #include "pseudoterminal.h"
+#include "readingframe.h"
 #include "sharedvalues.h"
 
 #include <QDeadlineTimer>
@@ -32,10 +33,7 @@ namespace {
 
 QByteArray frameNumber(int number)
 {
-    return QStringLiteral("H0%1%2\r")
-        .arg(number % 2999 + 1, 4, 10, QChar(u'0'))
-        .arg(2500, 4)
-        .toLatin1();
+    return ork2::readingFrame({ork2::kMainChannel, number % 2999 + 1, 2500});
 }
 
 const QByteArray kGood = QByteArrayLiteral("H112342345\r");

@@ -6,6 +6,7 @@
 #include "logcapture.h"
 #include "mainbackendprobe.h"
 #include "patience.h"
+#include "portlock.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
@@ -46,7 +47,6 @@ private Q_SLOTS:
 
 private:
     void hammer(const std::function<void(bool)> &press);
-    [[nodiscard]] bool isLocked() const;
 
     ork2::PseudoTerminal m_line;
     std::unique_ptr<LogCapture> m_log;
@@ -108,13 +108,6 @@ void tst_hammer::hammer(const std::function<void(bool)> &press)
     }
 }
 
-// Whether the toolkit's lock file says that the line is in use.
-bool tst_hammer::isLocked() const
-{
-    const QString device = m_line.path().mid(5).replace(u'/', u'_'); // behind "/dev/"
-    return QFile::exists(QStringLiteral("/var/lock/LCK..") + device);
-}
-
 void tst_hammer::startStop_framesArriving_portStaysUsable_data()
 {
     QTest::addColumn<bool>("searching");
@@ -152,14 +145,14 @@ void tst_hammer::startStop_framesArriving_portStaysUsable()
     press(true);
     press(false);
     QTRY_VERIFY(allOpened(1)); // what the toolkit opens once and keeps is open now
-    QTRY_VERIFY(!isLocked());
+    QTRY_VERIFY(!portIsLocked(m_line.path()));
     const qsizetype handles = QDir(QStringLiteral("/proc/self/fd")).entryList().size();
 
     hammer(press);
     const int times = 1 + kBursts * kStartsInBurst;
     QVERIFY2(QTest::qWaitFor([&] { return allOpened(times); }, kPatienceMs),
         QByteArray::number(opened) + " opened, " + QByteArray::number(closed) + " closed");
-    QTRY_VERIFY(!isLocked());
+    QTRY_VERIFY(!portIsLocked(m_line.path()));
     QTRY_COMPARE(QDir(QStringLiteral("/proc/self/fd")).entryList().size(), handles);
 
     press(true);
@@ -181,7 +174,7 @@ void tst_hammer::destruction_workerIsBehind_releasesThePort()
     std::unique_ptr<convertData> parser(probe.parser());
     std::unique_ptr<datalogger> writer(probe.fileWriter());
     m_backEnd.reset();
-    const bool locked = isLocked();
+    const bool locked = portIsLocked(m_line.path());
     bool isOpen = true;
     QMetaObject::invokeMethod(
         port, [&] { isOpen = port->port().isOpen(); }, Qt::BlockingQueuedConnection);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The program as it ships, in a process of its own on a real window.
 #include "patience.h"
+#include "portlock.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 
@@ -67,7 +68,6 @@ private:
     void checkEnd();
     [[nodiscard]] QString findWindow(const QString &title = kTitle);
     // Whether the toolkit's lock file says that the line is in use.
-    [[nodiscard]] bool isLineLocked() const;
     [[nodiscard]] bool waitForLog(const char *text, int ms) const;
     // What a sanitizer found; the worker's log goes on behind it.
     [[nodiscard]] QByteArray reports() const;
@@ -158,15 +158,9 @@ void tst_program::checkEnd()
     const QByteArray end = reports() + m_log.right(1000);
     QVERIFY2(m_program->exitStatus() == QProcess::NormalExit, end);
     QVERIFY2(m_program->exitCode() == 0, end);
-    QVERIFY2(!isLineLocked(), end);
+    QVERIFY2(!portIsLocked(m_line.path()), end);
     QVERIFY2(!m_log.contains("No such slot") && !m_log.contains("No such signal"), end);
     QVERIFY2(!m_log.contains("TypeError") && !m_log.contains("ReferenceError"), end);
-}
-
-bool tst_program::isLineLocked() const
-{
-    const QString device = m_line.path().mid(5).replace(u'/', u'_'); // behind "/dev/"
-    return QFile::exists(QStringLiteral("/var/lock/LCK..") + device);
 }
 
 bool tst_program::waitForLog(const char *text, int ms) const
@@ -196,7 +190,7 @@ void tst_program::measurement_running_closingEndsWithZero_50times()
         // A click too many would stop the measurement again.
         QVERIFY(clickUntilTold(window, kStartButton, "Запускаем таймер"));
         QVERIFY2(waitForLog("First layer of cloud altitude: 1234", kPatienceMs), m_log.right(2000));
-        QVERIFY(isLineLocked());
+        QVERIFY(portIsLocked(m_line.path()));
         QVERIFY(close(window, [this] { return hasEnded(); }));
         checkEnd();
         if (QTest::currentTestFailed()) {

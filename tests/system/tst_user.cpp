@@ -5,11 +5,13 @@
 // follow.
 #include "terminal.h"
 
+#include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
 #include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
+#include "readingframe.h"
 #include "seededrandom.h"
 #include "sharedvalues.h"
 
@@ -105,11 +107,8 @@ int number(const char *variable, int fallback)
 
 QByteArray reading(int first, int second)
 {
-    return QStringLiteral("H%1%2%3\r")
-        .arg(first % 2)
-        .arg(first, 4, 10, QChar(u'0'))
-        .arg(second, 4, 10, QChar(u'0'))
-        .toLatin1();
+    const char channel = first % 2 == 0 ? ork2::kMainChannel : ork2::kReserveChannel;
+    return ork2::readingFrame({channel, first, second});
 }
 
 // Whether the status line was told so; other texts may have followed.

@@ -2,8 +2,10 @@
 // From the last byte on the line to the controller and to the picture that shows it, on the real
 // windows, all of them shown: latency of single frames, and whether a frame is lost at the pace of
 // 115200 baud and flat out. tools/soak/hurry starts it.
+#include "frames.h"
 #include "mainbackendprobe.h"
 #include "pseudoterminal.h"
+#include "readingframe.h"
 #include "settingskeys.h"
 #include "sharedvalues.h"
 #include "terminal.h"
@@ -45,10 +47,7 @@ double milliseconds(Clock::duration time)
 
 QByteArray frameNumber(int number)
 {
-    return QStringLiteral("H0%1%2\r")
-        .arg(number % 2900 + 1, 4, 10, QChar(u'0'))
-        .arg(2500, 4)
-        .toLatin1();
+    return ork2::readingFrame({ork2::kMainChannel, number % 2900 + 1, 2500});
 }
 
 // Until the condition holds; false: it did not within the time.

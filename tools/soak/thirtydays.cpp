@@ -3,8 +3,10 @@
 // real day files, and on request the real document. Every second has its reading and its ticks, in
 // the order and at the moments that the timers would give them; only the waiting in between is left
 // out. Prints figures; tools/soak/thirty-days starts it and checks the day files.
+#include "frames.h"
 #include "mainbackendprobe.h"
 #include "pseudoterminal.h"
+#include "readingframe.h"
 #include "seededrandom.h"
 #include "settingskeys.h"
 #include "sharedvalues.h"
@@ -162,11 +164,8 @@ bool Weeks::send(double ms)
 {
     const double phase = ms / 7.2e6;
     const int first = 1200 + static_cast<int>(std::lround(800 * std::sin(phase)));
-    const QByteArray frame = QStringLiteral("H%1%2%3\r")
-                                 .arg(m_shown / 600 % 2)
-                                 .arg(first, 4, 10, QChar(u'0'))
-                                 .arg(first + 700, 4, 10, QChar(u'0'))
-                                 .toLatin1();
+    const char channel = m_shown / 600 % 2 == 0 ? ork2::kMainChannel : ork2::kReserveChannel;
+    const QByteArray frame = ork2::readingFrame({channel, first, first + 700});
     const qint64 before = m_shown;
     if (m_line.write(frame) != frame.size()) {
         return false;
