@@ -21,6 +21,12 @@ Item {
         signalName: "started"
     }
 
+    SignalSpy {
+        id: closings
+
+        signalName: "closing"
+    }
+
     Connections {
         function onOpacityChanged() {
             testCase.lowestOpacity = Math.min(testCase.lowestOpacity, testCase.banner.opacity);
@@ -607,6 +613,25 @@ Item {
             tray.activated(0);
             tryCompare(window, "visible", true);
             tryVerify(() => window.active, 5000);
+        }
+
+        function test_tray_exit_quits() {
+            closings.target = window;
+            closings.clear();
+            part("trayIcon").menu.items[0].triggered();
+            compare(testLog.quits(), 1);
+            compare(closings.count, 0);
+            closings.target = null;
+        }
+
+        function test_menu_exit_closesWithoutQuitting() {
+            closings.target = window;
+            closings.clear();
+            window.header.buttonExit();
+            compare(closings.count, 1);
+            compare(window.visible, false);
+            compare(testLog.quits(), 0);
+            closings.target = null;
         }
 
         function test_keyboard_tabReachesControlsInReadingOrder() {

@@ -17,8 +17,9 @@
 
 #include <memory>
 
-// What the tests see of the world outside the documents: the debug log, the settings store and the
-// addresses that were to be opened in other programs. Published as "testLog".
+// What the tests see of the world outside the documents: the debug log, the settings store, the
+// addresses that were to be opened in other programs and the wishes to quit. Published as
+// "testLog".
 class TestLog : public QObject
 {
     Q_OBJECT
@@ -57,6 +58,9 @@ public:
 
     Q_INVOKABLE QStringList openedUrls() const { return m_openedUrls; }
 
+    // How often a document wanted the program to end since the last clear().
+    Q_INVOKABLE int quits() const { return m_quits; }
+
     // At the start of each test.
     Q_INVOKABLE void clear()
     {
@@ -65,6 +69,7 @@ public:
         m_lines.clear();
         m_warnings.clear();
         m_openedUrls.clear();
+        m_quits = 0;
     }
 
     // Empty also while nothing is stored; isStored() tells the two apart.
@@ -94,6 +99,7 @@ public:
 
 public Q_SLOTS:
     void openUrl(const QUrl &url) { m_openedUrls << url.toString(); }
+    void countQuit() { ++m_quits; }
 
 private:
     static QStringList schemes()
@@ -131,6 +137,7 @@ private:
     QStringList m_lines;
     QStringList m_warnings;
     QStringList m_openedUrls;
+    int m_quits = 0;
     QtMessageHandler m_next = nullptr;
 };
 
@@ -146,6 +153,7 @@ public Q_SLOTS:
 #endif
         m_world.reset();
         m_world = std::make_unique<World>();
+        connect(engine, &QQmlEngine::quit, &m_world->log, &TestLog::countQuit);
         QQmlContext *context = engine->rootContext();
         context->setContextProperty(QStringLiteral("testLog"), &m_world->log);
         context->setContextProperty(QStringLiteral("mainBackEnd"), &m_world->backEnd);
