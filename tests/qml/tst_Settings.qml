@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Controls.Basic
 import QtTest
 import "qrc:/"
 
@@ -329,7 +330,7 @@ Item {
             verify(Qt.colorEqual(popup.background.border.color, "#5E5F60"));
             verify(Qt.colorEqual(popup.background.color, "transparent"));
             compare(popup.background.radius, 4);
-            verify(list().ScrollIndicator !== null);
+            verify(list().ScrollIndicator.vertical !== null);
             keyClick(Qt.Key_Escape);
         }
 
