@@ -113,7 +113,11 @@ Item {
             const shadow = part("logoShadow");
             verify(shadow.opacity < 0.5);
             compare(shadow.source, part("logo"));
+            compare(shadow.shadowEnabled, true);
             compare(shadow.shadowBlur, 0.1);
+            verify(Qt.colorEqual(shadow.shadowColor, "#eeeeee"));
+            compare(shadow.shadowHorizontalOffset, 1);
+            compare(shadow.shadowVerticalOffset, 1);
             wait(1000);
             verify(shadow.opacity > 0.1 && shadow.opacity < 0.5, "at " + shadow.opacity);
             tryCompare(shadow, "opacity", 1, 5000);
