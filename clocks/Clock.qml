@@ -47,6 +47,7 @@ Item {
         property alias angle: rotation.angle
         required property bool animated
         property alias pivot: rotation.origin
+        readonly property alias swing: swing
 
         antialiasing: true
         smooth: true
@@ -59,6 +60,8 @@ Item {
 
                 // Without the epsilon the spring would swing, unseen, until the next second.
                 SpringAnimation {
+                    id: swing
+
                     damping: 0.2
                     epsilon: 0.25
                     modulus: 360

@@ -148,6 +148,9 @@ Item {
             compare(item.pivot, Qt.vector3d(row.pivotX, row.pivotY, 0));
             verify(item.source.toString().endsWith(row.source));
             compare(item.status, Image.Ready);
+            compare(item.swing.spring, 2);
+            compare(item.swing.damping, 0.2);
+            compare(item.swing.modulus, 360);
             // All three turn about the middle of the face.
             compare(item.x + row.pivotX, 100);
             compare(item.y + row.pivotY, 100);
