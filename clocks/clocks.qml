@@ -29,6 +29,7 @@ RowLayout {
     component ArrowImage: Image {
         id: arrow
 
+        readonly property alias fade: fade
         required property string name
 
         signal tapped
@@ -44,6 +45,8 @@ RowLayout {
 
         Behavior on opacity {
             NumberAnimation {
+                id: fade
+
                 duration: 800
             }
         }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
+import QtQuick.Layouts
 import QtTest
 import "qrc:/"
 
@@ -152,6 +153,24 @@ Item {
             }
         }
 
+        function test_clockArea_cells_widths_data() {
+            return [
+                {tag: "zones", minimum: 100, maximum: Infinity},
+                {tag: "utc", minimum: 50, maximum: 300}
+            ];
+        }
+
+        function test_clockArea_cells_widths(row) {
+            const cell = part(row.tag).parent;
+            compare(cell.parent, part("clockArea").item);
+            compare(cell.Layout.minimumWidth, row.minimum);
+            compare(cell.Layout.preferredWidth, 250);
+            compare(cell.Layout.maximumWidth, row.maximum);
+            compare(cell.Layout.fillWidth, true);
+            compare(cell.Layout.fillHeight, true);
+            verify(Qt.colorEqual(cell.color, "#eeeeee"));
+        }
+
         function test_clocks_standInTableOrder() {
             show();
             compare(part("zones").count, 12);
@@ -238,6 +257,8 @@ Item {
             compare(left.rotation, -90);
             compare(right.rotation, 90);
             compare(left.status, Image.Ready);
+            compare(left.fade.duration, 800);
+            compare(right.fade.duration, 800);
             const zones = place(part("zones"));
             compare(place(left.parent).x, zones.x);
             compare(left.x, 10);
@@ -321,6 +342,25 @@ Item {
             mouseClick(part("portButton"));
             compare([connections.count, folders.count, exits.count], [1, 1, 0]);
             compare(part("portButton").enabled, false);
+        }
+
+        function test_buttons_castShadows_data() {
+            return [{tag: "serverButton"}, {tag: "portButton"}, {tag: "dataButton"}];
+        }
+
+        function test_buttons_castShadows(row) {
+            const button = part(row.tag);
+            compare(button.layer.enabled, true);
+            // The toolkit puts a layer's effect beside its item.
+            const effect = Array.from(button.parent.children).find(
+                child => child.shadowEnabled !== undefined && child.source && child.source.sourceItem === button);
+            verify(effect);
+            compare(effect.visible, true);
+            compare(effect.shadowEnabled, true);
+            compare(effect.shadowBlur, 0.8);
+            verify(Qt.colorEqual(effect.shadowColor, "#eeeeee"));
+            compare(effect.shadowHorizontalOffset, 1);
+            compare(effect.shadowVerticalOffset, 1);
         }
 
         function test_escape_closesWithoutExit() {
