@@ -14,10 +14,11 @@ MyButton {
     z: 1
 
     // Beside the button, not as its layer: at broken scales a layer of this size cuts the border.
+    // Of the background alone, since the label would be drawn twice and look smudged.
     SoftShadow {
         anchors.fill: button
         parent: button.parent
-        source: button
+        source: button.background
         visible: button.visible
     }
 }

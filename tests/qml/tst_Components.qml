@@ -187,6 +187,7 @@ Item {
             const shadow = Array.from(button.parent.children).find(
                 child => child.shadowEnabled === true && child.width === 95);
             verify(shadow);
+            compare(shadow.source, button.background);
             compare(shadow.shadowBlur, 0.8);
             verify(Qt.colorEqual(shadow.shadowColor, "#eeeeee"));
             compare(shadow.shadowHorizontalOffset, 1);
