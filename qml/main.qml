@@ -1109,8 +1109,6 @@ ApplicationWindow {
             id: firstLcd
 
             objectName: "firstLcd"
-            Accessible.name: lcdText + ": " + lcdData
-            Accessible.role: Accessible.StaticText
             anchors.left: parent.left
             anchors.leftMargin: 140
             anchors.top: parent.top
@@ -1124,8 +1122,6 @@ ApplicationWindow {
             id: secondLcd
 
             objectName: "secondLcd"
-            Accessible.name: lcdText + ": " + lcdData
-            Accessible.role: Accessible.StaticText
             anchors.right: parent.right
             anchors.rightMargin: 140
             anchors.top: parent.top
