@@ -88,6 +88,8 @@ Window {
         }
 
         MultiEffect {
+            readonly property alias fade: fade
+
             anchors.fill: logo
             objectName: "logoShadow"
             shadowBlur: 0.1
@@ -98,6 +100,8 @@ Window {
             source: logo
 
             NumberAnimation on opacity {
+                id: fade
+
                 duration: 5000
                 from: 0
                 to: 1
