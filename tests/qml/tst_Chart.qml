@@ -142,7 +142,7 @@ Item {
             first = part("fLayerCloudSeries");
             second = part("sLayerCloudSeries");
             verify(chartView && first && second);
-            tryVerify(() => window.active, 5000);
+            tryVerify(() => window.active, 30000);
             compare(warnings(), []);
             // As after a start: the grid is not animated any more.
             chartView.animationOptions = ChartView.SeriesAnimations;
@@ -293,7 +293,7 @@ Item {
             setHeight(row.height);
             wait(200);
             setRange(row.range);
-            tryVerify(() => !part("widening").running, 4000);
+            tryVerify(() => !part("widening").running, 30000);
             const now = Date.now();
             for (let i = 1; i < 10; ++i) {
                 const time = now - row.range * 100 * i;
@@ -393,7 +393,7 @@ Item {
 
         function test_reading_movesItsAxes(row) {
             mainBackEnd.updateVoidGraph();
-            tryVerify(() => !part("widening").running, 4000);
+            tryVerify(() => !part("widening").running, 30000);
             const before = Date.now();
             wait(1000);
             mainBackEnd[row.tag]("1500");
@@ -463,7 +463,7 @@ Item {
         function test_newPoint_shownAtOnce() {
             fill(first, 10, 50000, 1500);
             mainBackEnd.updateVoidGraph();
-            tryVerify(() => !part("widening").running, 4000);
+            tryVerify(() => !part("widening").running, 30000);
             mainBackEnd.dropFCloud(Date.now() - 5000, 1500);
             mainBackEnd.dropSCloud(Date.now() - 5000, 750);
             mainBackEnd.updateVoidGraph();
@@ -548,7 +548,7 @@ Item {
             mainBackEnd.showTheCloud("0", "0");
             mainBackEnd.enButton();
             mainBackEnd.showTheCloud("0", "0");
-            tryVerify(() => first.count > 0, 12000);
+            tryVerify(() => first.count > 0, 30000);
             compare(first.at(0).y, 5000);
             mainBackEnd.disableButton();
         }

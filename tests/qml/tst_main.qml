@@ -89,7 +89,7 @@ Item {
         function init() {
             window.visible = true;
             window.requestActivate();
-            tryVerify(() => window.active, 5000);
+            tryVerify(() => window.active, 30000);
         }
 
         function cleanup() {
@@ -290,14 +290,14 @@ Item {
         }
 
         function test_title_fadesIn() {
-            tryCompare(part("titleText"), "opacity", 1, 6000);
+            tryCompare(part("titleText"), "opacity", 1, 30000);
             compare(part("titleShadow").opacity, 1);
             window.visible = false;
             window.visible = true;
             tryVerify(() => part("titleText").opacity < 0.5);
             fuzzyCompare(part("titleShadow").opacity, part("titleText").opacity, 0.01);
             const half = Date.now();
-            tryCompare(part("titleText"), "opacity", 1, 6000);
+            tryCompare(part("titleText"), "opacity", 1, 30000);
             verify(Date.now() - half > 3000);
         }
 
@@ -612,7 +612,7 @@ Item {
             window.visible = false;
             tray.activated(0);
             tryCompare(window, "visible", true);
-            tryVerify(() => window.active, 5000);
+            tryVerify(() => window.active, 30000);
         }
 
         function test_tray_exit_quits() {
