@@ -241,7 +241,12 @@ void tst_program::closing_anyState_endsWithZero()
                     {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
                         QStringLiteral("--class"), QStringLiteral("ork2-terminal")});
             };
-            QTRY_VERIFY_WITH_TIMEOUT(!search().isEmpty(), kPatienceMs);
+            QVERIFY2(QTest::qWaitFor([&] { return !search().isEmpty(); }, kPatienceMs),
+                QStringLiteral("round %1, program's state %2, it said: %3")
+                    .arg(round)
+                    .arg(m_program->state())
+                    .arg(QString::fromUtf8(m_log.right(2000)))
+                    .toUtf8());
             run(QStringLiteral("xdotool"),
                 {QStringLiteral("mousemove"), QStringLiteral("640"), QStringLiteral("512"),
                     QStringLiteral("click"), QStringLiteral("1"), QStringLiteral("key"),
