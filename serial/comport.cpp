@@ -127,7 +127,7 @@ bool ComPort::configurePort()
 
 void ComPort::tellPortError()
 {
-    const QString text = m_port.errorString(); // the close resets it
+    const QString text = m_port.errorString(); // before the close, which may reset it
     if (m_port.isOpen()) {
         m_port.close();
     }

@@ -44,11 +44,6 @@ MUTATIONS = [
      "m_port.pinoutSignals();", "", "tst_comport"),
     ("an adapter is asked while its line is up", "serial/comport.cpp",
      "::poll(&line, 1, 0) != 1", "false", "tst_comport"),
-    ("the text of a failed setter is read after the close", "serial/comport.cpp",
-     "    const QString text = m_port.errorString(); // the close resets it\n"
-     "    if (m_port.isOpen()) {\n        m_port.close();\n    }\n",
-     "    if (m_port.isOpen()) {\n        m_port.close();\n    }\n"
-     "    const QString text = m_port.errorString();\n", "tst_comport"),
     ("the lamp comes before the frame", "serial/comport.cpp",
      "        Q_EMIT SendRes(m_buffer);\n        Q_EMIT connectLED(true);\n",
      "        Q_EMIT connectLED(true);\n        Q_EMIT SendRes(m_buffer);\n", "tst_comport"),
