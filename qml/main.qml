@@ -26,11 +26,15 @@ ApplicationWindow {
     // Nothing emits it.
     signal exitApp
 
+    function heightFor(screenHeight) {
+        return screenHeight < 850 ? 640 : 750;
+    }
+
+    // The height is bound until the window has been created, so that it opens with it: a window that
+    // shrinks while it is being shown may keep its first height for seconds.
     function fitScreen(screenHeight) {
-        if (screenHeight < 850) {
-            minimumHeight = 640;
-            height = 640;
-        }
+        minimumHeight = heightFor(screenHeight);
+        height = minimumHeight;
     }
 
     function open(panel) {
@@ -101,10 +105,10 @@ ApplicationWindow {
     }
 
     color: "#eeeeee"
-    height: 750
+    height: heightFor(Screen.height)
     maximumHeight: 750
     maximumWidth: 900
-    minimumHeight: 750
+    minimumHeight: heightFor(Screen.height)
     minimumWidth: 900
     title: "Измеритель высоты облаков ОРК-2"
     visible: true

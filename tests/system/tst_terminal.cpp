@@ -235,7 +235,7 @@ void tst_terminal::window_fitsTheScreen()
 {
     const auto *window = qobject_cast<QQuickWindow *>(m_window);
     const bool low = window->screen()->size().height() < 850;
-    QTRY_COMPARE(window->height(), low ? 640 : 750); // the window manager may take its time
+    QTRY_COMPARE_WITH_TIMEOUT(window->height(), low ? 640 : 750, kPatienceMs);
     QCOMPARE(window->minimumHeight(), low ? 640 : 750);
     QCOMPARE(window->maximumHeight(), 750);
 }
