@@ -3,13 +3,15 @@
 
 #include "crc16.h"
 #include "frames.h"
+#include "framesync.h"
 #include "sharedvalues.h"
 
 #include <QDebug>
 #include <QSysInfo>
 #include <QThread>
 
-#ifdef Q_OS_UNIX
+#if defined(Q_OS_UNIX) && !defined(ORK2_WITHOUT_POLL)
+#define ORK2_CAN_POLL
 #include <poll.h>
 #endif
 
@@ -70,7 +72,7 @@ ComPort::ComPort(QObject *parent)
     connect(&m_port, SIGNAL(errorOccurred(QSerialPort::SerialPortError)), this,
         SLOT(handleError(QSerialPort::SerialPortError)));
     m_watch.setInterval(ork2::kPortWatchMs);
-    connect(&m_watch, &QTimer::timeout, this, &ComPort::lookWhetherDeviceIsGone);
+    connect(&m_watch, &QTimer::timeout, this, &ComPort::checkDevicePresent);
     connect(&m_port, &QSerialPort::aboutToClose, &m_watch, &QTimer::stop);
     noReplyCounter.storeRelaxed(0);
 }
@@ -103,6 +105,7 @@ void ComPort::ConnectPort()
     m_buffer.clear();
     m_port.clear();
     m_misses = 0;
+    m_resynchronized = false;
     tellLinuxHint();
     const bool configured = configurePort();
     if (!m_port.isOpen()) {
@@ -142,19 +145,19 @@ void ComPort::DisconnectPort()
     }
 }
 
-// A device that vanished reads as ended without end, which the toolkit tells as one error or
-// another or not at all. Asked for its signals, the port meets the real error and tells it as a
+// A device that vanished returns end of file forever, which Qt reports as one error or another or
+// not at all. Asked for its signals, the port gets the real error and reports it as a
 // ResourceError. The system is asked first: an adapter that is there may fail to answer for its
-// signals now and then, and that would end a measurement that goes on well.
-void ComPort::lookWhetherDeviceIsGone()
+// signals now and then, and that would end a good measurement. Where the system cannot be asked,
+// neither is the port.
+void ComPort::checkDevicePresent()
 {
-#ifdef Q_OS_UNIX
+#ifdef ORK2_CAN_POLL
     pollfd line = {m_port.handle(), 0, 0};
-    if (::poll(&line, 1, 0) != 1) {
-        return;
+    if (::poll(&line, 1, 0) == 1) {
+        m_port.pinoutSignals();
     }
 #endif
-    m_port.pinoutSignals();
 }
 
 void ComPort::handleError(QSerialPort::SerialPortError error)
@@ -180,38 +183,51 @@ void ComPort::ComPortSettings(int ComBaudRate, int ComParity, QString ComName)
     m_port.setFlowControl(QSerialPort::NoFlowControl);
 }
 
-bool ComPort::gathering() const
+qint64 ComPort::missingBytes() const
 {
-    // A full buffer that is no frame goes on gathering in spite of a carriage return in it: only so
-    // do more bytes push it over the frame's length and have it discarded.
-    const bool fullNonFrame =
-        m_buffer.size() == ork2::kFrameLength && !m_buffer.startsWith(ork2::kFrameStart);
-    return fullNonFrame || !m_buffer.contains(ork2::kCarriageReturn);
+    const qint64 missing = ork2::kFrameLength - m_buffer.size();
+    // A full buffer that is no frame goes on gathering: more bytes have it discarded.
+    return missing > 0 ? missing : ork2::kFrameLength;
 }
 
 void ComPort::RecComData()
 {
-    m_port.setReadBufferSize(ork2::kFrameLength);
     if (m_buffer.size() > ork2::kFrameLength) {
         m_buffer.clear();
         m_port.clear();
     }
-    while (m_port.bytesAvailable() == ork2::kFrameLength && gathering()) {
-        while (m_port.peek(ork2::kFrameLength).size() != ork2::kFrameLength) { }
+    m_port.setReadBufferSize(missingBytes());
+    if (m_port.bytesAvailable() == missingBytes()) {
         m_buffer += m_port.readAll();
     }
-    if (m_buffer.size() == ork2::kFrameLength && m_buffer.startsWith(ork2::kFrameStart)) {
-        qDebug() << "ComSend" << m_buffer.toHex(' ');
-        Q_EMIT statusBarMsg(QStringLiteral("Получено сообщение: ") + messageText(m_buffer));
-        Q_EMIT SendRes(m_buffer);
-        Q_EMIT connectLED(true);
-        m_buffer.clear();
+    const bool full = m_buffer.size() == ork2::kFrameLength;
+    const qsizetype done = full ? ork2::bytesBeforeNextFrame(m_buffer) : 0;
+    if (full && m_buffer.startsWith(ork2::kFrameStart)) {
+        passOn();
+    } else if (done > 0 && !m_resynchronized) {
+        // The next frame is on its way. Only once between two frames, so that garbage without an
+        // end still counts as a lost line.
+        m_resynchronized = true;
         m_misses = 0;
-        noReplyCounter.storeRelaxed(0);
     } else if (++m_misses >= ork2::kMissesUntilLinkLost) {
         m_misses = 0;
         Q_EMIT connectLED(false);
     }
+    m_buffer.remove(0, done);
+    // The port gathers what is missing and no byte of the frame after it, in however many pieces
+    // the adapter delivers.
+    m_port.setReadBufferSize(missingBytes());
+}
+
+void ComPort::passOn()
+{
+    qDebug() << "ComSend" << m_buffer.toHex(' ');
+    Q_EMIT statusBarMsg(QStringLiteral("Получено сообщение: ") + messageText(m_buffer));
+    Q_EMIT SendRes(m_buffer);
+    Q_EMIT connectLED(true);
+    m_misses = 0;
+    m_resynchronized = false;
+    noReplyCounter.storeRelaxed(0);
 }
 
 void ComPort::ComPortRecieve(QByteArray data)

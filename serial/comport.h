@@ -14,9 +14,11 @@ inline constexpr int kPortWatchMs = 1000; // how often an open port is asked whe
 }
 
 // The one serial port of the instrument: opens and closes it on request, gathers the instrument's
-// 11-byte frames and hands each on. Lives in a worker thread of its own; every slot runs there and
-// is reached from other threads through queued connections only. Failures are told by error_ with
-// the port's own text; nothing is retried.
+// 11-byte frames and hands each on. A lost or added byte, or an opening in mid-frame, costs a frame
+// or two, in whatever pieces the adapter delivers; the next ones are read again. Lives in a worker
+// thread of its own; every slot runs there and is reached from other threads through queued
+// connections only. Failures are reported through error_ with the port's own text; nothing is
+// retried.
 class ComPort : public QObject
 {
     Q_OBJECT
@@ -72,6 +74,9 @@ public Q_SLOTS:
     void ReadInPort(); // legacy path: everything the port holds, as text
 
 private:
+    // Tests set the heater flag, which no slot does.
+    friend class ComPortProbe;
+
     struct PortSettings
     {
         QString name;
@@ -83,8 +88,9 @@ private:
     };
 
     [[nodiscard]] bool configurePort();
-    [[nodiscard]] bool gathering() const;
-    void lookWhetherDeviceIsGone();
+    [[nodiscard]] qint64 missingBytes() const;
+    void passOn();
+    void checkDevicePresent();
     void appendCrc(QByteArray &frame, qsizetype covered);
     void tellPortError();
 
@@ -92,6 +98,7 @@ private:
     QByteArray m_buffer; // bytes of the frame being gathered
     PortSettings m_settings;
     int m_misses = 0;
+    bool m_resynchronized = false; // since the last frame, see RecComData
     int m_comBaudRate = 0;
     int m_comParity = 0;
     QString m_comName;

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "framesync.h"
+
+#include "frames.h"
+
+namespace ork2 {
+
+qsizetype bytesBeforeNextFrame(QByteArrayView buffer)
+{
+    // An 'H' in front of it is a damaged digit: kept, it would become a false frame together with
+    // the beginning of the next one.
+    if (buffer.endsWith(kCarriageReturn)) {
+        return buffer.size();
+    }
+    const qsizetype start = buffer.lastIndexOf(kFrameStart);
+    if (start < 0) {
+        return 0;
+    }
+    return start > 0 ? start : buffer.size();
+}
+
+} // namespace ork2
