@@ -19,6 +19,7 @@
 #include <QUrl>
 
 #include <atomic>
+#include <cmath>
 #include <memory>
 
 namespace {
@@ -221,6 +222,7 @@ void mainBackEnd::startMeasurement()
     qDebug() << "Порт: " << currentPortName;
     Q_EMIT savesettings(currentPortName, QSerialPort::Baud9600, QSerialPort::Data8,
         QSerialPort::NoParity, QSerialPort::OneStop, QSerialPort::NoFlowControl);
+    m_datalogger->awaitReading();
     Q_EMIT startButtonClicked();
     setEnabledButton(true);
     m_requestTimer->start();
@@ -346,7 +348,8 @@ void mainBackEnd::showTheCloud(QString fLayer, QString sLayer)
     // A corrupted digit makes a text that is no number, hence 0, hence no value.
     const auto height = [](const QString &text) {
         const double metres = text.toDouble();
-        return metres == 0.0 ? kNoValue : metres;
+        // "nan " and "inf " are converted without complaint, but are no heights either.
+        return metres == 0.0 || !std::isfinite(metres) ? kNoValue : metres;
     };
     m_fLayerValue = height(fLayer);
     m_sLayerValue = height(sLayer);

@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QThread>
 
 #include <cerrno>
@@ -31,6 +32,12 @@ constexpr int kShortDateLength = 6;
 std::array<double, 3> triple(double value)
 {
     return {value, value, value};
+}
+
+// Opening a pipe waits for its other end, with the window standing still.
+bool isRegular(const QFile &file)
+{
+    return QFileInfo(file).isFile();
 }
 
 } // namespace
@@ -79,6 +86,9 @@ void datalogger::DataExtSpeedRecieved(int address, double d1, double d2, double 
 
 void datalogger::DataTempRecieved(int address, double temperature)
 {
+    if (address <= kTemperatureAddressShift) {
+        return;
+    }
     if (SensorBlock *sensor = block(address - kTemperatureAddressShift)) {
         sensor->temperature = temperature;
     }
@@ -88,6 +98,7 @@ void datalogger::DataCloudRecieved(QString fCLayer, QString sCLayer)
 {
     m_firstLayer = fCLayer;
     m_secondLayer = sCLayer;
+    m_awaitingReading = false;
 }
 
 void datalogger::DataCloudChanel(QString cChanel)
@@ -126,7 +137,7 @@ void datalogger::SendStringToFile()
         }
     }
     Q_EMIT dataLedStatus(writeRecord(path));
-    if (m_upload) {
+    if (m_upload && !m_awaitingReading) {
         upload(arrayToQVList(record()));
     }
 }
@@ -136,7 +147,7 @@ void datalogger::lookForHeaderTemplate()
     QFile file(QCoreApplication::applicationDirPath() + QStringLiteral("/Data/Header.txt"));
     if (!file.exists()) {
         qDebug() << "File not existed";
-    } else if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+    } else if (!isRegular(file) || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qDebug() << "File wasn't open";
     } // its text would be used for nothing, so it is not read
 }
@@ -180,14 +191,16 @@ bool datalogger::writeRecord(const QString &path)
     // not exist, and may be back a moment later. Not in text mode: the bytes are the same on every
     // system. Unbuffered: a failed write is known here, and nothing is left over to be tried again
     // at the close.
-    if (!file.open(QIODevice::Append | QIODevice::Unbuffered)) {
+    if ((file.exists() && !isRegular(file))
+        || !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
         qDebug() << "File wasn't open";
         return false;
     }
     const qint64 wholeLines = file.size();
     // A power cut may leave the day's file without its bytes; it then begins anew.
     const bool newDay = m_unitNumber != 0 && wholeLines == 0;
-    const bool answering = noReplyCounter.loadRelaxed() < ork2::kReplyAgeLimit;
+    const bool answering =
+        !m_awaitingReading && noReplyCounter.loadRelaxed() < ork2::kReplyAgeLimit;
     const QByteArray bytes =
         (newDay ? header() : QByteArray()) + (answering ? record() : QByteArray());
     if (file.write(bytes) != bytes.size()) {

@@ -40,6 +40,10 @@ class datalogger : public QObject
 public:
     explicit datalogger(QObject *parent = nullptr);
 
+    // A measurement starts: what came before is not its reading, so nothing is written to the file
+    // or the database until the next one comes.
+    void awaitReading() { m_awaitingReading = true; }
+
 Q_SIGNALS:
     void debugLog(QString log);
     void sendSqlStr(QVariantList data); // declared, never emitted
@@ -95,6 +99,7 @@ private:
     int m_unitNumber = 0;                 // read once; 0: no folder and no header are made
     DateForm m_dateForm = DateForm::Dots; // nothing sets another
     bool m_upload = false;
+    bool m_awaitingReading = false;
     QWaitCondition m_moreRows; // woken for each row that has to wait; nothing waits on it
     QMutex m_handOver;         // kept; the uploader's own mutex guards the row
     QString m_date;            // as received, with slashes

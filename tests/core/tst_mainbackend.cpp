@@ -335,6 +335,8 @@ void tst_mainbackend::switch_false_searchesAndStarts()
 
 void tst_mainbackend::watchdog_silentInstrument_isLostOnThe31stSecond()
 {
+    m_backEnd->enButton();
+    m_probe->requestTimer()->stop(); // the test ticks itself
     QSignalSpy losses(m_backEnd.get(), &mainBackEnd::connectionErrorClouds);
     QList<int> lostAt;
     for (int second = 1; second <= 100; ++second) {
@@ -534,6 +536,8 @@ void tst_mainbackend::reading_classification_data()
     row("no value", "5000", "5000", "noError", "5000 5000", 5000, 5000, 0);
     row("zero keeps its text", "0", "0", "noError", "0 0", 5000, 5000, 0);
     row("no number is zero", "1x34", "0240", "noError", "1x34 0240", 5000, 240, 0);
+    row("not a number", "nan", "0240", "noError", "nan 0240", 5000, 240, 0);
+    row("infinity", "-inf", "inf", "noError", "-inf inf", 5000, 5000, 0);
     row("no flash", "7777", "7777", "noFlashError", "---- ----", 7777, 7777, 1);
     row("data error", "9999", "9999", "noDataError", "---- ----", 9999, 9999, 1);
     row("not ready has no signal", "8888", "8888", "", "---- ----", 8888, 8888, 1);

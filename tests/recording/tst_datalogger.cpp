@@ -19,6 +19,7 @@
 #include <cerrno>
 #include <csignal>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #endif
 
 namespace {
@@ -60,6 +61,8 @@ private Q_SLOTS:
     void silentInstrument_writesNothing_data();
     void silentInstrument_writesNothing();
     void silentInstrument_newDay_leavesHeaderOnly();
+    void measurementStarts_nothingIsWrittenBeforeItsReading();
+    void pipe_asDayFile_isRefusedAtOnce();
     void unitZero_makesNoFolder();
     void unitZero_existingFolder_getsRecordWithoutHeader();
     void unitText_isZero();
@@ -274,6 +277,42 @@ void tst_datalogger::silentInstrument_newDay_leavesHeaderOnly()
     LogCapture log;
     writer.DateTimeRecieve(kDate, kTime);
     QCOMPARE(contents(dayFile()), header(17));
+}
+
+void tst_datalogger::measurementStarts_nothingIsWrittenBeforeItsReading()
+{
+    datalogger writer;
+    QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
+    LogCapture log;
+    writer.DataCloudRecieved(QStringLiteral("1234"), QStringLiteral("2500"));
+    writer.awaitReading();
+    writer.sqlChkBox(true);
+    writer.DateTimeRecieve(kDate, kTime);
+    QCOMPARE(contents(dayFile()), header(17));
+    QCOMPARE(lamp, (QList<QVariantList>{{false}}));
+    QCOMPARE(DataloggerProbe(writer).uploadThread(), nullptr);
+    writer.sqlChkBox(false);
+    writer.DataCloudRecieved(QStringLiteral("0300"), QStringLiteral("0400"));
+    writer.DateTimeRecieve(kDate, QStringLiteral("12:35:00"));
+    QCOMPARE(contents(dayFile()), header(17) + "\r\n12:35:00\t0300\t0400\tОсновной");
+    QCOMPARE(lamp.constLast(), QVariantList{true});
+}
+
+void tst_datalogger::pipe_asDayFile_isRefusedAtOnce()
+{
+#ifndef Q_OS_UNIX
+    QSKIP("A pipe that looks like a file is made as Unix makes it");
+#else
+    QVERIFY(QDir().mkpath(QFileInfo(dayFile()).path()));
+    // Nobody reads from it: who opens it waits until this test is out of time.
+    QCOMPARE(mkfifo(dayFile().toLocal8Bit().constData(), 0600), 0);
+    datalogger writer;
+    QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
+    LogCapture log;
+    writer.DateTimeRecieve(kDate, kTime);
+    QCOMPARE(lamp, (QList<QVariantList>{{false}}));
+    QVERIFY(log.lines().contains(QStringLiteral("File wasn't open")));
+#endif
 }
 
 void tst_datalogger::unitZero_makesNoFolder()
@@ -491,6 +530,7 @@ void tst_datalogger::headerTemplate_isLookedFor()
     const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/Data");
     QVERIFY(QDir().mkpath(folder));
     const QString path = folder + QStringLiteral("/Header.txt");
+    QFile::remove(path); // of a run that was cut off
     datalogger writer;
     {
         LogCapture log;
@@ -504,6 +544,16 @@ void tst_datalogger::headerTemplate_isLookedFor()
         QCOMPARE(log.lines(), QStringList{QStringLiteral("File wasn't open")});
     }
     QVERIFY(QDir().rmdir(path));
+#ifdef Q_OS_UNIX
+    // Nobody writes to it: who opens it waits until this test is out of time.
+    QCOMPARE(mkfifo(path.toLocal8Bit().constData(), 0600), 0);
+    {
+        LogCapture log;
+        writer.DateTimeRecieve(kDate, kTime);
+        QCOMPARE(log.lines(), QStringList{QStringLiteral("File wasn't open")});
+    }
+    QVERIFY(QFile::remove(path));
+#endif
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     {
@@ -644,7 +694,7 @@ void tst_datalogger::sensors_strangers_areIgnored()
         writer.DataDirSpeedRecieved(address, 1, 1, 1);
         writer.DataExtSpeedRecieved(address, 1, 1, 1);
     }
-    for (const int address : {0, 1, 2, 3, 10, 14, -1, 255, INT_MIN + 10, INT_MAX}) {
+    for (const int address : {0, 1, 2, 3, 10, 14, -1, 255, INT_MIN, INT_MIN + 10, INT_MAX}) {
         writer.DataTempRecieved(address, 1);
     }
     QCOMPARE(DataloggerProbe(writer).sensorValues(), neverHeard());

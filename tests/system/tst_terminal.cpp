@@ -120,7 +120,10 @@ private Q_SLOTS:
     void silentLine_isDeclaredLost_andComesBack();
     void unpluggedLine_isTold_andStartReopens();
     void missingPort_isTold_andWindowLives();
-    void lostStep_closesPort_stopAndStartCure();
+    void lostStep_goesOnByItself();
+    void garbage_closesPort_stopAndStartCure();
+    void silentStart_writesNoStaleLine();
+    void points_reachTheirLayersChart();
     void choices_areInUseAfterARestart();
     void point10321_thinsBothSeriesOnce();
     void clocks_aChange_isDrawnOnce();
@@ -347,16 +350,29 @@ void tst_terminal::missingPort_isTold_andWindowLives()
     QTRY_COMPARE(shown("counterData"), QStringLiteral(" Статус: Прибор остановлен"));
 }
 
-void tst_terminal::lostStep_closesPort_stopAndStartCure()
+void tst_terminal::lostStep_goesOnByItself()
 {
     startAndWaitForPort();
-    // Byte by byte, from within a frame on: twelve reads in a row find none.
     QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::connectionLED);
+    // Byte by byte, from within a frame on.
     const QByteArray outOfStep = QByteArrayLiteral("2345\rH112342345\r");
-    for (const char byte : outOfStep.first(12)) {
+    for (const char byte : outOfStep) {
         QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
         send(QByteArray(1, byte));
-        QTRY_VERIFY(!read.isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kPatienceMs);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kPatienceMs);
+    QCOMPARE(lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_terminal::garbage_closesPort_stopAndStartCure()
+{
+    startAndWaitForPort();
+    QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::connectionLED);
+    for (int byte = 0; byte < ork2::kMissesUntilLinkLost; ++byte) {
+        QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
+        send(QByteArrayLiteral("X"));
+        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kPatienceMs);
     }
     QTRY_VERIFY(lamp.contains(QVariantList{false}));
     QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
@@ -364,6 +380,43 @@ void tst_terminal::lostStep_closesPort_stopAndStartCure()
     startAndWaitForPort();
     send(QByteArrayLiteral("H003000400\r"));
     QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
+}
+
+// The counter of silent seconds is not touched by Stop and Start, so it would let the line pass.
+void tst_terminal::silentStart_writesNoStaleLine()
+{
+    startAndWaitForPort();
+    send(QByteArrayLiteral("H012342500\r"));
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kPatienceMs);
+    press(false);
+    startAndWaitForPort();
+    probe().saveTimer()->stop(); // the test ticks itself
+    QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::dataLED);
+    g_now.setTime(QTime(18, 0, 0, 300));
+    probe().tickSave();
+    QCOMPARE(dayFile(), kHeader);
+    QCOMPARE(lamp, (QList<QVariantList>{{false}}));
+
+    send(QByteArrayLiteral("H003000400\r"));
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("0300"), kPatienceMs);
+    g_now.setTime(QTime(18, 1, 0, 300));
+    lamp.clear();
+    probe().tickSave();
+    QCOMPARE(dayFile(), kHeader + "\r\n18:01:00\t0300\t0400\tОсновной");
+    QCOMPARE(lamp, (QList<QVariantList>{{true}}));
+}
+
+void tst_terminal::points_reachTheirLayersChart()
+{
+    const auto points = [this](const char *series) {
+        return qobject_cast<QScatterSeries *>(item(series))->points();
+    };
+    Q_EMIT m_terminal->backEnd().dropFCloud(1, 100);
+    QCOMPARE(points("fLayerCloudSeries"), QList<QPointF>({{1, 100}}));
+    QCOMPARE(points("sLayerCloudSeries"), QList<QPointF>());
+    Q_EMIT m_terminal->backEnd().dropSCloud(2, 200);
+    QCOMPARE(points("fLayerCloudSeries"), QList<QPointF>({{1, 100}}));
+    QCOMPARE(points("sLayerCloudSeries"), QList<QPointF>({{2, 200}}));
 }
 
 void tst_terminal::choices_areInUseAfterARestart()
