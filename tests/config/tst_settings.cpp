@@ -28,11 +28,14 @@ private:
     static inline QStringList s_names;
 };
 
+Q_DECLARE_METATYPE(const ork2::SettingsKey *)
+
 class tst_settings : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase();
     void init();
     void cleanupTestCase();
     void keys_emptyStore_giveDefaults_data();
@@ -40,6 +43,7 @@ private Q_SLOTS:
     void value_tooLong_countsAsAbsent();
     void metaObject_members_standInTheirOrder();
     void factoryFile_read_givesItsValues();
+    void windowsLineEnds_areReadAsLineFeeds();
     void dataFolder_lastLine_isStored_data();
     void dataFolder_lastLine_isStored();
     void positions_wordsDoNotMatter_data();
@@ -59,6 +63,12 @@ private:
     void writeFile(const QByteArray &text) const;
     QString m_path;
 };
+
+// The store of an earlier run that was cut off must not matter.
+void tst_settings::initTestCase()
+{
+    profile::store(ork2::kUnitNumber, QStringLiteral("77"));
+}
 
 void tst_settings::init()
 {
@@ -84,14 +94,13 @@ void tst_settings::writeFile(const QByteArray &text) const
 
 void tst_settings::keys_emptyStore_giveDefaults_data()
 {
+    QTest::addColumn<const ork2::SettingsKey *>("key");
     QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("actualName");
     QTest::addColumn<QString>("expected");
-    QTest::addColumn<QString>("actual");
     const auto row = [](const ork2::SettingsKey &key, const char *name, const char *expected) {
         QTest::newRow(name + QByteArray(expected))
-            << QStringLiteral("SETTINGS/") + QString::fromLatin1(name) << key.name.toString()
-            << QString::fromLatin1(expected) << ork2::storedText(key);
+            << &key << QStringLiteral("SETTINGS/") + QString::fromLatin1(name)
+            << QString::fromLatin1(expected);
     };
     row(ork2::kNamePath, "_NAME_PATH", "!");
     row(ork2::kUnitNumber, "_NUM", "1");
@@ -107,12 +116,11 @@ void tst_settings::keys_emptyStore_giveDefaults_data()
 
 void tst_settings::keys_emptyStore_giveDefaults()
 {
-    QFETCH(QString, name);
-    QFETCH(QString, actualName);
-    QFETCH(QString, expected);
-    QFETCH(QString, actual);
-    QCOMPARE(actualName, name);
-    QCOMPARE(actual, expected);
+    QFETCH(const ork2::SettingsKey *, key);
+    QFETCH(const QString, name);
+    QFETCH(const QString, expected);
+    QCOMPARE(key->name.toString(), name);
+    QCOMPARE(ork2::storedText(*key), expected);
     const QSettings store = ork2::settingsStore();
     QCOMPARE(store.organizationName(), QStringLiteral("КАСТОР"));
     QCOMPARE(store.applicationName(), QStringLiteral("Терминал ОРК-2"));
@@ -159,6 +167,16 @@ void tst_settings::factoryFile_read_givesItsValues()
                                              "Parity = 0\n"
                                              "PathToLog = \"~/ORK2/Log\"\n"
                                              "PathToData = \"~/ORK2/Data\"")}}));
+}
+
+void tst_settings::windowsLineEnds_areReadAsLineFeeds()
+{
+    writeFile("a\r\n\r\nBaudRate = 9600\r\nParity = 2\r\nPathToData = \"/srv/meteo/\"\r\n");
+    settings reader;
+    QSignalSpy texts(&reader, &settings::sendSettingsToQml);
+    reader.readSettingsFile();
+    QCOMPARE(texts.constLast().first().toString(),
+        QStringLiteral("a\n\nBaudRate = 9600\nParity = 2\nPathToData = \"/srv/meteo/\"\n"));
 }
 
 void tst_settings::dataFolder_lastLine_isStored_data()
