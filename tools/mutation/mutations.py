@@ -121,8 +121,11 @@ MUTATIONS = [
      "candidates == 1", "candidates >= 1", "tst_mainbackend"),
     ("not a number reaches the chart", "core/mainbackend.cpp",
      "metres == 0.0 || !std::isfinite(metres)", "metres == 0.0", "tst_mainbackend"),
-    ("Start counts as an answer", "core/mainbackend.cpp",
-     "    m_datalogger->awaitReading();\n", "    noReplyCounter.storeRelaxed(0);\n", "tst_terminal"),
+    ("the file writer is not told of a Start", "core/mainbackend.cpp",
+     "    m_datalogger->awaitReading();\n", "", "tst_terminal"),
+    ("Start changes the silent seconds", "core/mainbackend.cpp",
+     "    m_datalogger->awaitReading();\n",
+     "    m_datalogger->awaitReading();\n    noReplyCounter.storeRelaxed(10);\n", "tst_mainbackend"),
     # The chart
     ("the layers change places", "app/terminal.cpp",
      "connectCharts(m_mainBackEnd, m_uiData, m_uiData2);",
