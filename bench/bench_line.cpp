@@ -28,7 +28,7 @@ constexpr int kThroughputFrames = 200000;
 
 QByteArray frameNumber(int number)
 {
-    return ork2::readingFrame({ork2::kMainChannel, number % 2900 + 1, 2500});
+    return ork2::readingFrame({ork2::Channel::Main, number % 2900 + 1, 2500});
 }
 
 using Clock = std::chrono::steady_clock;

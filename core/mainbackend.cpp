@@ -2,39 +2,31 @@
 #include "mainbackend.h"
 
 #include "comport.h"
+#include "connections.h"
 #include "convertdata.h"
+#include "datafolder.h"
 #include "datalogger.h"
 #include "frames.h"
+#include "minutetick.h"
+#include "readingkind.h"
 #include "settingskeys.h"
 #include "sharedvalues.h"
+#include "timewindow.h"
 
-#include <QCoreApplication>
-#include <QDeadlineTimer>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDir>
 #include <QSerialPort>
-#include <QSerialPortInfo>
 #include <QThread>
 #include <QUrl>
-
-#include <atomic>
-#include <cmath>
-#include <memory>
 
 namespace {
 
 constexpr double kNoValue = ork2::kNoValueHeight;
-constexpr double kAboveReadings = ork2::kNoValueHeight + 1; // heights below this are readings
-constexpr auto kReleaseTime = std::chrono::milliseconds(500);
-constexpr quint16 kAdapterIdBits = 0x6001;
 
 const QString kDashes = QStringLiteral("----");
 const QString kStoppedText = QStringLiteral(" Статус: Прибор остановлен");
 const QString kLostText = QStringLiteral(" Статус: Прибор отключен");
-const QString kTenMinutesName = QStringLiteral("Высота нижней границы облачности (10 минут)");
-const QString kOneHourName = QStringLiteral("Высота нижней границы облачности (1 час)");
-const QString kThreeHoursName = QStringLiteral("Высота нижней границы облачности (3 часа)");
 
 QTimer *makeTimer(QObject *parent, int intervalMs)
 {
@@ -55,7 +47,7 @@ mainBackEnd::mainBackEnd(QObject *parent)
     , m_saveTimer(makeTimer(this, ork2::kSaveIntervalMs))
     , m_plotTimer(makeTimer(this, ork2::kPlotIntervalMs))
     , m_lastPollTime(QDateTime::currentDateTime())
-    , m_chartName(kTenMinutesName)
+    , m_chartName(ork2::firstTimeWindow().chartName)
     , m_workerThread(new QThread)
     , m_comPort(new ComPort)
     , m_convertData(new convertData)
@@ -65,7 +57,10 @@ mainBackEnd::mainBackEnd(QObject *parent)
     m_fLayerValue = kNoValue;
     m_sLayerValue = kNoValue;
 
-    connectObjects();
+    connect(m_requestTimer, &QTimer::timeout, this, &mainBackEnd::requestData);
+    connect(m_plotTimer, &QTimer::timeout, this, &mainBackEnd::plotGraph);
+    connect(m_saveTimer, &QTimer::timeout, this, &mainBackEnd::timeToSaveData);
+    ork2::connectMeasurement({*this, *m_workerThread, *m_comPort, *m_convertData, *m_datalogger});
     m_comPort->moveToThread(m_workerThread);
     m_comPort->port().moveToThread(m_workerThread);
     m_comPort->clearReceiveBuffer();
@@ -76,77 +71,20 @@ mainBackEnd::mainBackEnd(QObject *parent)
 
     showUnitYearNumber();
     updateComPortNumber();
-    setXMinRange(ork2::kTenMinutes);
+    setXMinRange(ork2::firstTimeWindow().seconds);
 }
 
 mainBackEnd::~mainBackEnd()
 {
-    releasePort();
+    if (m_comPort != nullptr) {
+        m_comPort->release();
+    }
     if (m_logAxisY != nullptr) {
         m_logAxisY->deleteLater();
     }
     if (m_lineAxisY != nullptr) {
         m_lineAxisY->deleteLater();
     }
-}
-
-// The worker's thread is left running, but the port is closed: an open port leaves its lock file
-// behind, which keeps other users' programs from the port. A worker that hangs in its driver is not
-// waited for. One that is behind skips what it was still told: each opening waits for the disk.
-void mainBackEnd::releasePort()
-{
-    if (m_comPort == nullptr) {
-        return;
-    }
-    QCoreApplication::removePostedEvents(m_comPort, QEvent::MetaCall);
-    const auto released = std::make_shared<std::atomic_bool>(false);
-    QMetaObject::invokeMethod(m_comPort, [port = m_comPort.data(), released] {
-        port->DisconnectPort();
-        *released = true;
-    });
-    const QDeadlineTimer deadline(kReleaseTime);
-    while (!*released && !deadline.hasExpired()) {
-        QThread::msleep(1);
-    }
-}
-
-// The order of the rows is the order of delivery where one signal has two receivers: a reading
-// reaches this object before the file writer, a channel state the file writer before this object.
-void mainBackEnd::connectObjects()
-{
-    connect(m_requestTimer, &QTimer::timeout, this, &mainBackEnd::requestData);
-    connect(m_plotTimer, &QTimer::timeout, this, &mainBackEnd::plotGraph);
-    connect(m_workerThread, SIGNAL(finished()), m_workerThread, SLOT(deleteLater()));
-    connect(m_comPort, SIGNAL(error_(QString)), this, SLOT(on_error(QString)));
-    connect(m_workerThread, SIGNAL(started()), m_comPort, SLOT(process_Port()));
-    connect(m_comPort, SIGNAL(finished_Port()), m_workerThread, SLOT(quit()));
-    connect(m_workerThread, SIGNAL(finished()), m_comPort, SLOT(deleteLater()));
-    connect(m_comPort, SIGNAL(finished_Port()), m_workerThread, SLOT(deleteLater()));
-    connect(this, SIGNAL(savesettings(QString, int, int, int, int, int)), m_comPort,
-        SLOT(Write_Settings_Port(QString, int, int, int, int, int)));
-    connect(this, SIGNAL(plugPlayComSettings(int, int, QString)), m_comPort,
-        SLOT(ComPortSettings(int, int, QString)));
-    connect(m_comPort, SIGNAL(outPort(QString)), this, SLOT(on_error(QString)));
-    connect(m_comPort, SIGNAL(statusBarMsg(QString)), this, SLOT(on_error(QString)));
-    connect(this, SIGNAL(startButtonClicked()), m_comPort, SLOT(ConnectPort()));
-    connect(this, SIGNAL(stopButtonClicked()), m_comPort, SLOT(DisconnectPort()));
-    connect(m_comPort, SIGNAL(readyToShowClouds(QByteArray)), m_convertData,
-        SLOT(parseCloudData(QByteArray)));
-    connect(m_comPort, SIGNAL(connectLED(bool)), this, SLOT(connectionLed(bool)));
-    connect(m_datalogger, SIGNAL(dataLedStatus(bool)), this, SLOT(dataLed(bool)));
-    connect(m_convertData, SIGNAL(readyToShowClouds(QString, QString)), this,
-        SLOT(showTheCloud(QString, QString)));
-    connect(this, SIGNAL(connectionErrorClouds(QString, QString)), this,
-        SLOT(showTheCloud(QString, QString)));
-    connect(m_convertData, SIGNAL(readyToShowClouds(QString, QString)), m_datalogger,
-        SLOT(DataCloudRecieved(QString, QString)));
-    connect(m_saveTimer, &QTimer::timeout, this, &mainBackEnd::timeToSaveData);
-    connect(this, SIGNAL(timeToData(QString, QString)), m_datalogger,
-        SLOT(DateTimeRecieve(QString, QString)));
-    connect(m_convertData, SIGNAL(readyToShowCloudChanel(QString)), m_datalogger,
-        SLOT(DataCloudChanel(QString)));
-    connect(m_convertData, SIGNAL(readyToShowCloudChanel(QString)), this,
-        SLOT(showTheCloudChanel(QString)));
 }
 
 QLogValueAxis *mainBackEnd::logAxisY() const
@@ -287,7 +225,7 @@ void mainBackEnd::requestData()
     } else if (!m_saveTimer->isActive()) {
         m_saveTimer->start(ork2::kSaveIntervalMs);
     }
-    Q_EMIT chanelLED(m_chanelState != 0);
+    Q_EMIT chanelLED(m_chanelState == ork2::Channel::Reserve);
 }
 
 void mainBackEnd::declareLost()
@@ -303,25 +241,13 @@ void mainBackEnd::declareLost()
 void mainBackEnd::timeToSaveData()
 {
     const QDateTime now = m_now();
-    keepTickWithinSecond(now.time());
-    if (now.time().second() == 0) {
-        Q_EMIT timeToData(now.toString(u"yyyy/MM/dd"), now.toString(u"hh:mm:ss"));
-    }
-}
-
-// A tick near the turn of a second may fall on either side of it, and the clock is slewed against
-// the timer over the months: some minute would then get two marks or none. A tick may come late,
-// but not early, so most of the second lies behind it.
-void mainBackEnd::keepTickWithinSecond(QTime now)
-{
-    constexpr int kAim = 300;
-    constexpr int kTolerance = 200;
-    const bool near = qAbs(now.msec() - kAim) <= kTolerance;
-    const int interval = near ? ork2::kSaveIntervalMs : ork2::kSaveIntervalMs + kAim - now.msec();
-    // Started anew even when the interval stays: after a tick that a busy program met late, the
+    // Started anew even when the interval stays: after a tick that a busy program handled late, the
     // timer would fire at the moment it had planned before, within the same second.
     if (m_saveTimer->isActive()) {
-        m_saveTimer->start(interval);
+        m_saveTimer->start(ork2::nextTickDelayMs(now.time()));
+    }
+    if (ork2::isMinuteMark(now.time())) {
+        Q_EMIT timeToData(now.toString(u"yyyy/MM/dd"), now.toString(u"hh:mm:ss"));
     }
 }
 
@@ -345,31 +271,26 @@ void mainBackEnd::showTheCloud(QString fLayer, QString sLayer)
     if (comesTooLate()) {
         return;
     }
-    // A corrupted digit makes a text that is no number, hence 0, hence no value.
-    const auto height = [](const QString &text) {
-        const double metres = text.toDouble();
-        // "nan " and "inf " are converted without complaint, but are no heights either.
-        return metres == 0.0 || !std::isfinite(metres) ? kNoValue : metres;
-    };
-    m_fLayerValue = height(fLayer);
-    m_sLayerValue = height(sLayer);
-    if (m_fLayerValue == ork2::kNoFlashCode) {
-        if (m_sLayerValue == ork2::kNoFlashCode) {
-            blankError(fLayer, sLayer);
-            Q_EMIT noFlashError();
-        }
-    } else if (m_fLayerValue == ork2::kDataErrorCode) {
-        if (m_sLayerValue == ork2::kDataErrorCode) {
-            blankError(fLayer, sLayer);
-            Q_EMIT noDataError();
-        }
-    } else if (m_fLayerValue == ork2::kNotReadyCode) {
-        if (m_sLayerValue == ork2::kNotReadyCode) {
-            blankError(fLayer, sLayer); // no signal for this code, and that is meant
-        }
-    } else if (m_fLayerValue < kAboveReadings && m_sLayerValue < kAboveReadings) {
+    m_fLayerValue = ork2::plottedHeight(fLayer);
+    m_sLayerValue = ork2::plottedHeight(sLayer);
+    switch (ork2::readingKind(m_fLayerValue, m_sLayerValue)) {
+    case ork2::ReadingKind::Measured:
         m_cloudError = false;
         Q_EMIT noError();
+        break;
+    case ork2::ReadingKind::NoFlash:
+        blankError(fLayer, sLayer);
+        Q_EMIT noFlashError();
+        break;
+    case ork2::ReadingKind::DataError:
+        blankError(fLayer, sLayer);
+        Q_EMIT noDataError();
+        break;
+    case ork2::ReadingKind::NotReady:
+        blankError(fLayer, sLayer); // no signal, intentional: the banner keeps what it says
+        break;
+    case ork2::ReadingKind::Other:
+        break;
     }
     Q_EMIT firstCloudAlt(fLayer);
     Q_EMIT secondCloudAlt(sLayer);
@@ -384,10 +305,8 @@ void mainBackEnd::blankError(QString &firstText, QString &secondText)
 
 void mainBackEnd::showTheCloudChanel(QString chCloud)
 {
-    if (chCloud == u"0") {
-        m_chanelState = 0;
-    } else if (chCloud == u"1") {
-        m_chanelState = 1;
+    if (const auto channel = ork2::channelOf(chCloud)) {
+        m_chanelState = *channel;
     }
 }
 
@@ -437,34 +356,12 @@ void mainBackEnd::openCP()
     timer->start(ork2::kControlPanelDelayMs);
 }
 
-QList<mainBackEnd::PresentPort> mainBackEnd::portsOfThisMachine()
-{
-    QList<PresentPort> present;
-    const auto ports = QSerialPortInfo::availablePorts();
-    for (const QSerialPortInfo &port : ports) {
-        present << PresentPort{port.portName(), port.productIdentifier()};
-    }
-    return present;
-}
-
 bool mainBackEnd::comSearch()
 {
-    int candidates = 0;
-    QString name;
-    const auto ports = m_presentPorts();
-    for (const PresentPort &port : ports) {
-        // One common bit is enough, and that is meant: adapters of many makers qualify.
-        if ((port.productId & kAdapterIdBits) != 0) {
-            ++candidates;
-            name = port.name;
-        }
-    }
-    const bool found = candidates == 1;
-    if (!found) {
-        name = ork2::storedText(ork2::kPortToOpen);
-    }
-    Q_EMIT plugPlayComSettings(QSerialPort::Baud9600, 0, name);
-    return found;
+    const std::optional<QString> found = ork2::instrumentPort(m_presentPorts());
+    Q_EMIT plugPlayComSettings(
+        QSerialPort::Baud9600, 0, found ? *found : ork2::storedText(ork2::kPortToOpen));
+    return found.has_value();
 }
 
 void mainBackEnd::saveUnitYearNumber(QString uNumber, QString uYear)
@@ -504,12 +401,7 @@ void mainBackEnd::updateComPortNumber()
 
 void mainBackEnd::on_action_openDataFolder_triggered()
 {
-    const QString namePath = ork2::storedText(ork2::kNamePath);
-    const bool ownFolder = namePath.startsWith(ork2::kOwnFolderMark);
-    const QString folder = ownFolder
-        ? QCoreApplication::applicationDirPath() + QStringLiteral("/Data")
-        : namePath + QStringLiteral("ORK2/") + QStringLiteral("Data/");
-    QDesktopServices::openUrl(QUrl::fromLocalFile(QDir(folder).absolutePath()));
+    QDesktopServices::openUrl(QUrl::fromLocalFile(QDir(ork2::openedDataFolder()).absolutePath()));
 }
 
 QDateTime mainBackEnd::minTime()
@@ -524,26 +416,11 @@ QDateTime mainBackEnd::maxTime()
 
 void mainBackEnd::changeRangeX()
 {
-    switch (m_xMinRange) {
-    case ork2::kTenMinutes:
-        showRange(ork2::kOneHour, kOneHourName);
-        break;
-    case ork2::kOneHour:
-        showRange(ork2::kThreeHours, kThreeHoursName);
-        break;
-    case ork2::kThreeHours:
-        showRange(ork2::kTenMinutes, kTenMinutesName);
-        break;
-    default:
-        break;
+    if (const auto next = ork2::nextTimeWindow(m_xMinRange)) {
+        setXMinRange(next->seconds);
+        setChartName(next->chartName);
+        Q_EMIT updateVoidGraph();
     }
-}
-
-void mainBackEnd::showRange(int seconds, const QString &name)
-{
-    setXMinRange(seconds);
-    setChartName(name);
-    Q_EMIT updateVoidGraph();
 }
 
 void mainBackEnd::removeGPoints()

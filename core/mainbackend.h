@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "frames.h"
+#include "portsearch.h"
+
 #include <QDateTime>
 #include <QFont>
-#include <QList>
 #include <QLogValueAxis>
 #include <QObject>
 #include <QPointer>
@@ -18,7 +20,6 @@ class datalogger;
 
 namespace ork2 {
 inline constexpr int kRequestIntervalMs = 1000;
-inline constexpr int kSaveIntervalMs = 1000;
 inline constexpr int kPlotIntervalMs = 10000;
 inline constexpr int kLostAfterSeconds = 30; // lost from the next silent second on
 // While the instrument stays lost, the loss is declared again each 25 s; 6 instead of 0 keeps the
@@ -26,9 +27,6 @@ inline constexpr int kLostAfterSeconds = 30; // lost from the next silent second
 inline constexpr int kCounterAfterLoss = 6;
 inline constexpr int kStoppedTextDelayMs = 1000;
 inline constexpr int kControlPanelDelayMs = 100;
-inline constexpr int kTenMinutes = 600; // widths of the chart's time window, in seconds
-inline constexpr int kOneHour = 3600;
-inline constexpr int kThreeHours = 10800;
 }
 
 // The measurement: starts and stops it, watches whether the instrument still answers, turns decoded
@@ -102,7 +100,8 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void WriteToPort(QString sensor, QByteArray data); // does nothing
-    // Another start and stop, without a caller: true stops, false starts, and that is meant.
+    // Another start and stop, without a caller; true stops and false starts, intentional: the
+    // argument is the state that the switch leaves.
     void startButtonSB(bool state);
     void showTheCloud(QString fLayer, QString sLayer);
     void showTheCloudChanel(QString chCloud);
@@ -134,37 +133,26 @@ private:
     // Tests reach the objects that the constructor builds, and set the clock and the ports.
     friend class MainBackEndProbe;
 
-    struct PresentPort
-    {
-        QString name;
-        quint16 productId = 0; // of the USB adapter; 0: none known
-    };
-
-    [[nodiscard]] static QList<PresentPort> portsOfThisMachine();
     [[nodiscard]] bool comesTooLate() const;
-    void connectObjects();
     void startMeasurement();
     void stopMeasurement();
     void tellStopped();
     void declareLost();
-    void keepTickWithinSecond(QTime now);
     void blankError(QString &firstText, QString &secondText);
-    void showRange(int seconds, const QString &name);
-    void releasePort();
 
-    bool m_workerRunning = false;
+    bool m_workerRunning = false; // right after the start of the thread; kept, nothing reads it
     QString m_unitNumber;
     QString m_unitYear;
     QTimer *m_requestTimer = nullptr;
     QTimer *m_saveTimer = nullptr;
     QTimer *m_plotTimer = nullptr;
     bool m_measuring = false;
-    QDateTime m_lastPollTime;
+    QDateTime m_lastPollTime;      // of the latest watchdog tick; kept, nothing reads it
     double m_fLayerValue = 3000.0; // metres, as plotted; the constructor makes it 5000
     double m_sLayerValue = 3000.0;
-    int m_chanelState = 0; // 0 main, 1 reserve
-    QFont m_labelFont;     // kept; nothing reads it
-    bool m_cloudError = false;
+    ork2::Channel m_chanelState = ork2::Channel::Main;
+    QFont m_labelFont;         // kept; nothing reads it
+    bool m_cloudError = false; // the last reading carried a code; kept, nothing reads it
     QPointer<QLogValueAxis> m_logAxisY;
     QPointer<QValueAxis> m_lineAxisY;
     bool m_enabledButton = false;
@@ -172,7 +160,7 @@ private:
     QString m_chartName;
 
     QDateTime (*m_now)() = &QDateTime::currentDateTime;
-    QList<PresentPort> (*m_presentPorts)() = &mainBackEnd::portsOfThisMachine;
+    QList<ork2::PresentPort> (*m_presentPorts)() = &ork2::presentPorts;
     QThread *m_workerThread = nullptr;
     QPointer<ComPort> m_comPort;
     convertData *m_convertData = nullptr;

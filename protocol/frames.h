@@ -3,6 +3,8 @@
 
 #include <QStringView>
 
+#include <optional>
+
 // Layout of the frames of the serial line: 9600 baud, 8 data bits, no parity, 1 stop bit.
 // Offsets and lengths are in bytes, heights in metres.
 namespace ork2 {
@@ -16,8 +18,18 @@ inline constexpr qsizetype kChannelOffset = 1;
 inline constexpr qsizetype kFirstLayerOffset = 2;
 inline constexpr qsizetype kSecondLayerOffset = 6;
 inline constexpr qsizetype kHeightDigits = 4;
-inline constexpr char kMainChannel = '0';
-inline constexpr char kReserveChannel = '1';
+enum class Channel : char { Main = '0', Reserve = '1' }; // the digit on the line
+
+// None: a text that is not exactly one of the two digits.
+[[nodiscard]] inline std::optional<Channel> channelOf(QStringView text)
+{
+    for (const Channel channel : {Channel::Main, Channel::Reserve}) {
+        if (text.size() == 1 && text.front() == QLatin1Char(static_cast<char>(channel))) {
+            return channel;
+        }
+    }
+    return std::nullopt;
+}
 
 // Texts of a height field that say "no cloud"; the program makes one of both, 5000.
 inline constexpr QStringView kClearSkyText = u"0000";

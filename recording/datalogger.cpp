@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "datalogger.h"
 
-#include "databasesql.h"
+#include "datafolder.h"
+#include "dayfileformat.h"
+#include "frames.h"
 #include "settingskeys.h"
 #include "sharedvalues.h"
 
@@ -10,7 +12,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QThread>
 
 #include <cerrno>
 
@@ -21,12 +22,7 @@
 
 namespace {
 
-const QString kMainChannelName = QStringLiteral("Основной");
-const QString kReserveChannelName = QStringLiteral("Резерв");
-const QString kNoValue = QStringLiteral("5000");
-const QString kDashes = QStringLiteral("----");
 const QString kFileSuffix = QStringLiteral(".txt");
-const QString kLineBreak = QStringLiteral("\r\n");
 constexpr int kShortDateLength = 6;
 
 std::array<double, 3> triple(double value)
@@ -45,8 +41,9 @@ bool isRegular(const QFile &file)
 datalogger::datalogger(QObject *parent)
     : QObject(parent)
     , m_unitNumber(ork2::storedText(ork2::kUnitNumber).toInt())
-    , m_channelName(kMainChannelName)
+    , m_channelName(ork2::kMainChannelName.toString())
 {
+    connect(&m_uploads, SIGNAL(log(QString)), this, SLOT(dbLog(QString)));
     m_diskThread.setMaxThreadCount(1);
     // A value below anything that a sensor can send tells "never received", and whose.
     double neverReceived = -5005.0;
@@ -103,7 +100,8 @@ void datalogger::DataCloudRecieved(QString fCLayer, QString sCLayer)
 
 void datalogger::DataCloudChanel(QString cChanel)
 {
-    m_channelName = cChanel == u"0" ? kMainChannelName : kReserveChannelName;
+    const bool main = ork2::channelOf(cChanel) == ork2::Channel::Main;
+    m_channelName = (main ? ork2::kMainChannelName : ork2::kReserveChannelName).toString();
 }
 
 void datalogger::DateTimeRecieve(QString date, QString time)
@@ -126,19 +124,19 @@ void datalogger::dbLog(QString log)
 void datalogger::SendStringToFile()
 {
     lookForHeaderTemplate();
-    const QString folder = folderPath();
+    const QString folder = ork2::dayFileFolder(m_unitNumber);
     const QString path = folder + m_fileNamePrefix + fileDate() + m_fileNameSuffix + kFileSuffix;
     if (m_unitNumber != 0 && !QDir(folder).exists()) {
         QDir().mkpath(folder); // a failure shows when the file is opened
     }
     for (QString *layer : {&m_firstLayer, &m_secondLayer}) {
-        if (*layer == kNoValue) {
-            *layer = kDashes;
+        if (*layer == ork2::kNoValueText) {
+            *layer = ork2::kNoValueDashes.toString();
         }
     }
     Q_EMIT dataLedStatus(writeRecord(path));
     if (m_upload && !m_awaitingReading) {
-        upload(arrayToQVList(record()));
+        m_uploads.add(arrayToQVList(record()));
     }
 }
 
@@ -162,26 +160,21 @@ QString datalogger::fileDate() const
     return m_dateForm == DateForm::Plain ? date : date.right(kShortDateLength);
 }
 
-QString datalogger::folderPath() const
-{
-    const QString namePath = ork2::storedText(ork2::kNamePath);
-    const bool ownFolder = namePath.startsWith(ork2::kOwnFolderMark);
-    const QString base = ownFolder ? QCoreApplication::applicationDirPath() : namePath;
-    return base + QStringLiteral("/Data/ORK-2 N%1/").arg(m_unitNumber);
-}
-
 QByteArray datalogger::header() const
 {
-    return QStringLiteral("Номер прибора: %1\r\n"
-                          "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\r\n")
+    const QStringList columns{ork2::kTimeHeading.toString(), ork2::kFirstLayerHeading.toString(),
+        ork2::kSecondLayerHeading.toString(), ork2::kChannelHeading.toString()};
+    return QStringLiteral("%1 %2%3%4%3")
+        .arg(ork2::kUnitHeading)
         .arg(m_unitNumber)
+        .arg(ork2::kLineBreak, columns.join(ork2::kFieldSeparator))
         .toUtf8();
 }
 
 QByteArray datalogger::record() const
 {
     const QStringList fields{m_time, m_firstLayer, m_secondLayer, m_channelName};
-    return (kLineBreak + fields.join(u'\t')).toUtf8();
+    return (ork2::kLineBreak.toString() + fields.join(ork2::kFieldSeparator)).toUtf8();
 }
 
 bool datalogger::writeRecord(const QString &path)
@@ -261,46 +254,4 @@ QVariantList datalogger::arrayToQVList(QByteArray data)
     }
     row.insert(2, m_unitNumber);
     return row;
-}
-
-void datalogger::upload(const QVariantList &row)
-{
-    if (m_uploadThread == nullptr) {
-        startUpload(row);
-        return;
-    }
-    if (m_waitingRows.size() == ork2::kWaitingRowsLimit) {
-        const QVariantList oldest = m_waitingRows.takeFirst();
-        const QString text = QStringLiteral("Upload queue is full, dropped the row of %1 %2")
-                                 .arg(oldest.value(0).toString(), oldest.value(1).toString());
-        qDebug() << text;
-        dbLog(text);
-    }
-    m_waitingRows.append(row);
-    m_moreRows.wakeOne();
-}
-
-void datalogger::startUpload(const QVariantList &row)
-{
-    m_uploadThread = new QThread;
-    m_uploader = new databasesql;
-    m_uploader->moveToThread(m_uploadThread);
-    connect(m_uploadThread, SIGNAL(started()), m_uploader, SLOT(serverSend()));
-    connect(m_uploader, SIGNAL(finished()), m_uploadThread, SLOT(quit()));
-    connect(m_uploader, SIGNAL(finished()), m_uploader, SLOT(deleteLater()));
-    connect(m_uploadThread, SIGNAL(finished()), m_uploadThread, SLOT(deleteLater()));
-    connect(m_uploader, SIGNAL(logSQLData(QString)), this, SLOT(dbLog(QString)));
-    connect(m_uploadThread, &QThread::finished, this, &datalogger::uploadEnded);
-    m_uploader->setRowValues(row);
-    m_uploadThread->start(QThread::InheritPriority);
-}
-
-// The connection is gone by now, so the next upload cannot meet it.
-void datalogger::uploadEnded()
-{
-    m_uploadThread = nullptr;
-    m_uploader = nullptr;
-    if (!m_waitingRows.isEmpty()) {
-        startUpload(m_waitingRows.takeFirst());
-    }
 }

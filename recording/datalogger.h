@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "uploadqueue.h"
+
 #include <QByteArray>
-#include <QList>
-#include <QMutex>
 #include <QObject>
 #include <QString>
 #include <QThreadPool>
 #include <QVariant>
-#include <QWaitCondition>
 
 #include <array>
 
 class QFile;
-class QThread;
-class databasesql;
 
 namespace ork2 {
 // Seconds since the last frame from which on nothing is written.
 inline constexpr int kReplyAgeLimit = 6;
-inline constexpr qsizetype kWaitingRowsLimit = 60; // one hour of minutes
 }
 
 // Writes one line per time mark to the day's file of the instrument:
@@ -29,10 +25,7 @@ inline constexpr qsizetype kWaitingRowsLimit = 60; // one hour of minutes
 // anew.
 //
 // While the upload flag is set, each mark's row also goes to the database, written to the file or
-// not. One upload runs at a time, each with an object and a thread of its own, which delete
-// themselves; nothing here waits for them. A row that comes meanwhile waits in memory, and the
-// oldest one goes next. At kWaitingRowsLimit the oldest waiting row is dropped, and debugLog tells
-// which. Rows still waiting when the program ends are lost, and so is a row whose upload failed.
+// not; see UploadQueue for what becomes of it.
 class datalogger : public QObject
 {
     Q_OBJECT
@@ -85,32 +78,24 @@ private:
 
     [[nodiscard]] SensorBlock *block(int address);
     [[nodiscard]] QString fileDate() const;
-    [[nodiscard]] QString folderPath() const;
     [[nodiscard]] QByteArray header() const;
     [[nodiscard]] QByteArray record() const;
     [[nodiscard]] bool writeRecord(const QString &path);
     void bringToDisk(const QFile &file);
     static void lookForHeaderTemplate();
-    void upload(const QVariantList &row);
-    void startUpload(const QVariantList &row);
-    void uploadEnded();
 
     std::array<SensorBlock, kWindSensors> m_sensors;
     int m_unitNumber = 0;                 // read once; 0: no folder and no header are made
     DateForm m_dateForm = DateForm::Dots; // nothing sets another
     bool m_upload = false;
     bool m_awaitingReading = false;
-    QWaitCondition m_moreRows; // woken for each row that has to wait; nothing waits on it
-    QMutex m_handOver;         // kept; the uploader's own mutex guards the row
-    QString m_date;            // as received, with slashes
+    QString m_date; // as received, with slashes
     QString m_time;
     QString m_fileNamePrefix; // nothing sets the two
     QString m_fileNameSuffix;
     QString m_firstLayer;
     QString m_secondLayer;
     QString m_channelName;
-    QThread *m_uploadThread = nullptr; // of the upload that is running; both delete themselves
-    databasesql *m_uploader = nullptr;
-    QList<QVariantList> m_waitingRows; // oldest first
-    QThreadPool m_diskThread;          // has the system bring written lines to the disk
+    ork2::UploadQueue m_uploads;
+    QThreadPool m_diskThread; // has the system bring written lines to the disk
 };

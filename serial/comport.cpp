@@ -6,9 +6,14 @@
 #include "framesync.h"
 #include "sharedvalues.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDebug>
 #include <QSysInfo>
 #include <QThread>
+
+#include <atomic>
+#include <memory>
 
 #if defined(Q_OS_UNIX) && !defined(ORK2_WITHOUT_POLL)
 #define ORK2_CAN_POLL
@@ -34,10 +39,11 @@ struct SensorCommand
 constexpr SensorCommand kWindCommand{5, 3, true, 15};
 constexpr SensorCommand kOtherCommand{6, 2, false, 9};
 
-// Name of the last port that the controller's search handed over; worker thread only.
+// Name of the last port that the controller's search handed over; worker thread only. Kept, nothing
+// reads it.
 QString plugPlayPortName;
 
-void tellLinuxHint()
+void logLinuxHint()
 {
     if (QSysInfo::kernelType() == u"linux") {
         qDebug() << "sudo usermod -aG dialout <Login>";
@@ -98,7 +104,7 @@ void ComPort::ConnectPort()
 {
     m_port.setPortName(m_settings.name);
     if (!m_port.open(QIODevice::ReadWrite)) {
-        tellPortError();
+        reportPortError();
         return;
     }
     // What an earlier connection left behind, here or in the port, would put this one out of step.
@@ -106,13 +112,13 @@ void ComPort::ConnectPort()
     m_port.clear();
     m_misses = 0;
     m_resynchronized = false;
-    tellLinuxHint();
+    logLinuxHint();
     const bool configured = configurePort();
     if (!m_port.isOpen()) {
-        return; // the device vanished meanwhile, which has been told already
+        return; // the device vanished meanwhile, which has been reported already
     }
     if (!configured) {
-        tellPortError();
+        reportPortError();
         return;
     }
     m_watch.start();
@@ -122,13 +128,13 @@ void ComPort::ConnectPort()
 bool ComPort::configurePort()
 {
     return m_port.setBaudRate(m_settings.baudrate)
-        && m_port.setDataBits(static_cast<QSerialPort::DataBits>(m_settings.DataBits))
-        && m_port.setParity(static_cast<QSerialPort::Parity>(m_settings.Parity))
-        && m_port.setStopBits(static_cast<QSerialPort::StopBits>(m_settings.StopBits))
-        && m_port.setFlowControl(static_cast<QSerialPort::FlowControl>(m_settings.FlowControl));
+        && m_port.setDataBits(static_cast<QSerialPort::DataBits>(m_settings.dataBits))
+        && m_port.setParity(static_cast<QSerialPort::Parity>(m_settings.parity))
+        && m_port.setStopBits(static_cast<QSerialPort::StopBits>(m_settings.stopBits))
+        && m_port.setFlowControl(static_cast<QSerialPort::FlowControl>(m_settings.flowControl));
 }
 
-void ComPort::tellPortError()
+void ComPort::reportPortError()
 {
     const QString text = m_port.errorString(); // before the close, which may reset it
     if (m_port.isOpen()) {
@@ -142,6 +148,20 @@ void ComPort::DisconnectPort()
     if (m_port.isOpen()) {
         m_port.close();
         Q_EMIT error_(m_port.portName() + QStringLiteral(" >> Закрыт!\r"));
+    }
+}
+
+void ComPort::release()
+{
+    QCoreApplication::removePostedEvents(this, QEvent::MetaCall);
+    const auto released = std::make_shared<std::atomic_bool>(false);
+    QMetaObject::invokeMethod(this, [this, released] {
+        DisconnectPort();
+        *released = true;
+    });
+    const QDeadlineTimer deadline(ork2::kReleaseTimeMs);
+    while (!*released && !deadline.hasExpired()) {
+        QThread::msleep(1);
     }
 }
 
@@ -179,7 +199,7 @@ void ComPort::ComPortSettings(int ComBaudRate, int ComParity, QString ComName)
     m_port.setBaudRate(m_comBaudRate);
     m_port.setDataBits(QSerialPort::Data8);
     m_port.setStopBits(QSerialPort::OneStop);
-    m_port.setParity(QSerialPort::NoParity); // whatever ComParity says, and that is meant
+    m_port.setParity(QSerialPort::NoParity); // whatever ComParity says
     m_port.setFlowControl(QSerialPort::NoFlowControl);
 }
 
@@ -264,7 +284,7 @@ void ComPort::ComPortSend()
     request += ork2::kCarriageReturn;
 
     m_port.open(QIODevice::ReadWrite); // also when it is open already; the result does not matter
-    tellLinuxHint();
+    logLinuxHint();
     if (m_port.clear()) {
         m_port.write(request);
         m_port.waitForBytesWritten(ork2::kWriteTimeoutMs);

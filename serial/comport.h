@@ -10,7 +10,8 @@
 namespace ork2 {
 inline constexpr int kMissesUntilLinkLost = 12; // consecutive reads without a frame
 inline constexpr int kWriteTimeoutMs = 200;
-inline constexpr int kPortWatchMs = 1000; // how often an open port is asked whether it still exists
+inline constexpr int kReleaseTimeMs = 500;
+inline constexpr int kPortWatchMs = 1000; // how often an open port is checked for its device
 }
 
 // The one serial port of the instrument: opens and closes it on request, gathers the instrument's
@@ -31,6 +32,12 @@ public:
     // The port has no parent, so whoever moves this object to a thread moves the port as well.
     [[nodiscard]] QSerialPort &port() { return m_port; }
     void clearReceiveBuffer() { m_buffer.clear(); }
+
+    // Has the port closed in its own thread, which may go on running; from any other thread. An
+    // open port leaves its lock file behind, which keeps other users' programs from it. Calls that
+    // are still queued are dropped, since each opening waits for the disk. Waits at most
+    // kReleaseTimeMs: a worker that hangs in its driver is left as it is.
+    void release();
 
 Q_SIGNALS:
     void finished_Port();
@@ -54,7 +61,8 @@ Q_SIGNALS:
     void connectLED(bool); // true with each frame, false after kMissesUntilLinkLost misses
 
 public Q_SLOTS:
-    // ComParity is stored, but the parity is always set to none, and that is meant.
+    // ComParity is stored, but the parity is always set to none, intentional: the instrument knows
+    // no other.
     void ComPortSettings(int ComBaudRate, int ComParity, QString ComName);
     void ComPortSend(); // kept ready; the instrument sends unasked, so nothing calls it
     void ComPortRecieve(QByteArray data);
@@ -81,10 +89,10 @@ private:
     {
         QString name;
         int baudrate = 0;
-        int DataBits = 0;
-        int Parity = 0;
-        int StopBits = 0;
-        int FlowControl = 0;
+        int dataBits = 0;
+        int parity = 0;
+        int stopBits = 0;
+        int flowControl = 0;
     };
 
     [[nodiscard]] bool configurePort();
@@ -92,7 +100,7 @@ private:
     void passOn();
     void checkDevicePresent();
     void appendCrc(QByteArray &frame, qsizetype covered);
-    void tellPortError();
+    void reportPortError();
 
     QSerialPort m_port;
     QByteArray m_buffer; // bytes of the frame being gathered

@@ -656,7 +656,7 @@ void tst_mainbackend::controlPanel_isAskedForAfterDelay()
 
 void tst_mainbackend::portSearch_takesTheOnlyAdapter_data()
 {
-    using Ports = QList<std::pair<QString, quint16>>;
+    using Ports = QList<ork2::PresentPort>;
     const QString one = QStringLiteral("ttyUSB3");
     const QString other = QStringLiteral("ttyUSB5");
     QTest::addColumn<Ports>("ports");
@@ -677,7 +677,7 @@ void tst_mainbackend::portSearch_takesTheOnlyAdapter_data()
 
 void tst_mainbackend::portSearch_takesTheOnlyAdapter()
 {
-    using Ports = QList<std::pair<QString, quint16>>;
+    using Ports = QList<ork2::PresentPort>;
     QFETCH(const Ports, ports);
     QFETCH(const QString, stored);
     QFETCH(const bool, found);

@@ -12,9 +12,9 @@ public:
     { }
 
     // Nothing while no upload is running.
-    [[nodiscard]] QThread *uploadThread() const { return m_writer.m_uploadThread; }
-    [[nodiscard]] databasesql *uploader() const { return m_writer.m_uploader; }
-    [[nodiscard]] qsizetype waitingRows() const { return m_writer.m_waitingRows.size(); }
+    [[nodiscard]] QThread *uploadThread() const { return m_writer.m_uploads.m_thread; }
+    [[nodiscard]] databasesql *uploader() const { return m_writer.m_uploads.m_uploader; }
+    [[nodiscard]] qsizetype waitingRows() const { return m_writer.m_uploads.m_waitingRows.size(); }
     [[nodiscard]] bool uploads() const { return m_writer.m_upload; }
 
     static void setDateForm(datalogger &writer, int form)

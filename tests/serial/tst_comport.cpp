@@ -26,7 +26,7 @@ namespace {
 
 QByteArray frameNumber(int number)
 {
-    return ork2::readingFrame({ork2::kMainChannel, number % 2999 + 1, 2500});
+    return ork2::readingFrame({ork2::Channel::Main, number % 2999 + 1, 2500});
 }
 
 const QByteArray kGood = QByteArrayLiteral("H112342345\r");

@@ -27,7 +27,7 @@ constexpr qsizetype kFramesWanted = 3; // of them
 
 QByteArray frameNumber(int number)
 {
-    return ork2::readingFrame({ork2::kMainChannel, number, 2500});
+    return ork2::readingFrame({ork2::Channel::Main, number, 2500});
 }
 
 // What comes in place of one good frame, once for each place in it.

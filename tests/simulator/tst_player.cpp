@@ -29,7 +29,7 @@ public:
 
     [[nodiscard]] std::optional<Step> next() override
     {
-        return Transmission{readingFrame({'0', (*m_played)++ % (kHighestHeight + 1), 0})};
+        return Transmission{readingFrame({Channel::Main, (*m_played)++ % (kHighestHeight + 1), 0})};
     }
 
 private:
@@ -43,7 +43,7 @@ QList<int> frameNumbers(const QByteArray &bytes)
     for (qsizetype at = 0; at < bytes.size(); at += kFrameSize) {
         const QByteArray frame = bytes.mid(at, kFrameSize);
         const int number = frame.mid(2, 4).toInt();
-        numbers.append(frame == readingFrame({'0', number, 0}) ? number : -1);
+        numbers.append(frame == readingFrame({Channel::Main, number, 0}) ? number : -1);
     }
     return numbers;
 }

@@ -33,12 +33,13 @@ void TestReadingFrame::frame_anyReading_hasLayout()
     QFETCH(char, channel);
     QFETCH(int, first);
     QFETCH(int, second);
-    QTEST(readingFrame({channel, first, second}), "bytes");
+    QTEST(readingFrame({static_cast<Channel>(channel), first, second}), "bytes");
 }
 
 void TestReadingFrame::frame_fields_standAsGiven()
 {
-    QCOMPARE(readingFrame('5', "12:4", "\xFF---"), QByteArray("H512:4\xFF---\r"));
+    QCOMPARE(
+        readingFrame(static_cast<Channel>('5'), "12:4", "\xFF---"), QByteArray("H512:4\xFF---\r"));
 }
 
 QTEST_GUILESS_MAIN(TestReadingFrame)

@@ -130,11 +130,11 @@ void TestWeatherScenario::channel_overHours_changesNowAndThen()
 {
     int changes = 0;
     int onReserve = 0;
-    char channel = '0';
+    Channel channel = Channel::Main;
     for (const Reading &reading : readings(1)) {
-        QVERIFY(reading.channel == '0' || reading.channel == '1');
+        QVERIFY(reading.channel == Channel::Main || reading.channel == Channel::Reserve);
         changes += reading.channel != channel ? 1 : 0;
-        onReserve += reading.channel == '1' ? 1 : 0;
+        onReserve += reading.channel == Channel::Reserve ? 1 : 0;
         channel = reading.channel;
     }
     QVERIFY2(changes > 10 && changes < 200, qPrintable(QString::number(changes)));

@@ -25,23 +25,17 @@ public:
     [[nodiscard]] QTimer *plotTimer() const { return m_backEnd.m_plotTimer; }
     [[nodiscard]] double firstValue() const { return m_backEnd.m_fLayerValue; }
     [[nodiscard]] double secondValue() const { return m_backEnd.m_sLayerValue; }
-    [[nodiscard]] int channel() const { return m_backEnd.m_chanelState; }
+    [[nodiscard]] int channel() const { return m_backEnd.m_chanelState == ork2::Channel::Main ? 0 : 1; }
     [[nodiscard]] bool cloudError() const { return m_backEnd.m_cloudError; }
     [[nodiscard]] bool measuring() const { return m_backEnd.m_measuring; }
     [[nodiscard]] bool workerRunning() const { return m_backEnd.m_workerRunning; }
 
     void setClock(QDateTime (*now)()) { m_backEnd.m_now = now; }
-    // Names and product identifiers in place of the machine's ports.
-    void setPorts(const QList<std::pair<QString, quint16>> &ports)
+    // In place of the machine's ports.
+    void setPorts(const QList<ork2::PresentPort> &ports)
     {
         s_ports = ports;
-        m_backEnd.m_presentPorts = [] {
-            QList<mainBackEnd::PresentPort> present;
-            for (const auto &[name, productId] : std::as_const(s_ports)) {
-                present << mainBackEnd::PresentPort{name, productId};
-            }
-            return present;
-        };
+        m_backEnd.m_presentPorts = [] { return s_ports; };
     }
 
     void tickWatchdog() { m_backEnd.requestData(); }
@@ -61,6 +55,6 @@ public:
     }
 
 private:
-    static inline QList<std::pair<QString, quint16>> s_ports;
+    static inline QList<ork2::PresentPort> s_ports;
     mainBackEnd &m_backEnd;
 };

@@ -107,7 +107,7 @@ int number(const char *variable, int fallback)
 
 QByteArray reading(int first, int second)
 {
-    const char channel = first % 2 == 0 ? ork2::kMainChannel : ork2::kReserveChannel;
+    const auto channel = first % 2 == 0 ? ork2::Channel::Main : ork2::Channel::Reserve;
     return ork2::readingFrame({channel, first, second});
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dayfile.h"
 
+#include "dayfileformat.h"
 #include "frames.h"
 #include "readingframe.h"
 
@@ -14,13 +15,11 @@ namespace ork2 {
 
 namespace {
 
-constexpr qsizetype kFields = 4;
-
 // The height field as it goes on the line. A damaged reading may have left any characters in the
 // file, one for each byte: these go back as they came.
 std::optional<QByteArray> lineField(const QString &height)
 {
-    if (height == QLatin1String("----")) {
+    if (height == kNoValueDashes) {
         return heightField(kNoValueHeight);
     }
     const auto isOneByte = [](QChar c) { return c.unicode() <= 0xFF; };
@@ -30,34 +29,33 @@ std::optional<QByteArray> lineField(const QString &height)
     return height.toLatin1();
 }
 
-std::optional<char> channelDigit(const QString &name)
+std::optional<Channel> namedChannel(const QString &name)
 {
-    if (name == QStringLiteral("Основной")) {
-        return kMainChannel;
+    if (name == kMainChannelName) {
+        return Channel::Main;
     }
-    if (name == QStringLiteral("Резерв")) {
-        return kReserveChannel;
+    if (name == kReserveChannelName) {
+        return Channel::Reserve;
     }
     return std::nullopt;
 }
 
 bool isHeading(const QString &line)
 {
-    return line.startsWith(QStringLiteral("Номер прибора:"))
-        || line.startsWith(QStringLiteral("Время:"));
+    return line.startsWith(kUnitHeading) || line.startsWith(kTimeHeading);
 }
 
 // None: the line is no record.
 std::optional<Step> recordStep(const QString &line)
 {
-    const QStringList fields = line.split(u'\t');
-    if (fields.size() != kFields
-        || !QTime::fromString(fields[0], QStringLiteral("hh:mm:ss")).isValid()) {
+    const QStringList fields = line.split(kFieldSeparator);
+    if (fields.size() != kRecordFields
+        || !QTime::fromString(fields[0], kTimeFormat.toString()).isValid()) {
         return std::nullopt;
     }
     const auto first = lineField(fields[1]);
     const auto second = lineField(fields[2]);
-    const auto channel = channelDigit(fields[3]);
+    const auto channel = namedChannel(fields[3]);
     if (!first || !second || !channel) {
         return std::nullopt;
     }

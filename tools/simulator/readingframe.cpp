@@ -11,11 +11,11 @@ QByteArray heightField(int height)
     return QByteArray::number(height).rightJustified(kHeightDigits, '0');
 }
 
-QByteArray readingFrame(char channel, const QByteArray &first, const QByteArray &second)
+QByteArray readingFrame(Channel channel, const QByteArray &first, const QByteArray &second)
 {
     Q_ASSERT(first.size() == kHeightDigits && second.size() == kHeightDigits);
     QByteArray frame(kFrameLength, kFrameStart);
-    frame[kChannelOffset] = channel;
+    frame[kChannelOffset] = static_cast<char>(channel);
     frame.replace(kFirstLayerOffset, kHeightDigits, first);
     frame.replace(kSecondLayerOffset, kHeightDigits, second);
     frame.back() = kCarriageReturn;

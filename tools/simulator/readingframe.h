@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "frames.h"
+
 #include <QByteArray>
 
 namespace ork2 {
@@ -10,7 +12,7 @@ inline constexpr int kHighestHeight = 9999; // four digits hold no more
 // Heights in metres, 0 to kHighestHeight, or one of the codes of frames.h.
 struct Reading
 {
-    char channel;
+    Channel channel;
     int firstLayer;
     int secondLayer;
 
@@ -22,7 +24,7 @@ struct Reading
 
 // Fields are kHeightDigits characters each and are sent as they stand.
 [[nodiscard]] QByteArray readingFrame(
-    char channel, const QByteArray &first, const QByteArray &second);
+    Channel channel, const QByteArray &first, const QByteArray &second);
 [[nodiscard]] QByteArray readingFrame(const Reading &reading);
 
 } // namespace ork2

@@ -58,7 +58,8 @@ Line readingLine(const QList<QByteArray> &words)
         return wrong(QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
     }
 
-    Reading reading{words[1].front(), 0, 0};
+    // Any digit may be played, also one that is no channel.
+    Reading reading{static_cast<Channel>(words[1].front()), 0, 0};
     for (auto [word, height] :
         {std::pair(words[2], &reading.firstLayer), std::pair(words[3], &reading.secondLayer)}) {
         const std::optional<int> number = wholeNumber(word, 0, kHighestHeight);

@@ -25,7 +25,7 @@ constexpr int kReadingsPerTarget = 240; // on average
 
 WeatherScenario::WeatherScenario(quint32 seed)
     : m_random(seed)
-    , m_channel(kMainChannel)
+    , m_channel(Channel::Main)
     , m_readingsOnChannel(m_random.between(120, 600))
     , m_readingsOfSky(m_random.between(200, 600))
     , m_readingsOfSecondLayer(m_random.between(60, 300))
@@ -54,9 +54,9 @@ Reading WeatherScenario::nextReading()
 void WeatherScenario::passTime()
 {
     if (--m_readingsOnChannel < 0) {
-        m_channel = m_channel == kMainChannel ? kReserveChannel : kMainChannel;
+        m_channel = m_channel == Channel::Main ? Channel::Reserve : Channel::Main;
         m_readingsOnChannel =
-            m_channel == kMainChannel ? m_random.between(200, 900) : m_random.between(20, 90);
+            m_channel == Channel::Main ? m_random.between(200, 900) : m_random.between(20, 90);
     }
     if (--m_readingsOfSky < 0) {
         m_clear = !m_clear;

@@ -23,7 +23,7 @@ private:
     [[nodiscard]] int measured(int height);
 
     SeededRandom m_random;
-    char m_channel;
+    Channel m_channel;
     int m_readingsOnChannel;
     bool m_clear = false;
     int m_clearHeight = 0; // how this spell's clear sky is sent

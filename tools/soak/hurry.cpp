@@ -47,7 +47,7 @@ double milliseconds(Clock::duration time)
 
 QByteArray frameNumber(int number)
 {
-    return ork2::readingFrame({ork2::kMainChannel, number % 2900 + 1, 2500});
+    return ork2::readingFrame({ork2::Channel::Main, number % 2900 + 1, 2500});
 }
 
 // Until the condition holds; false: it did not within the time.

@@ -5,6 +5,7 @@
 // out. Prints figures; tools/soak/thirty-days starts it and checks the day files.
 #include "frames.h"
 #include "mainbackendprobe.h"
+#include "minutetick.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "seededrandom.h"
@@ -12,6 +13,7 @@
 #include "sharedvalues.h"
 #include "startup.h"
 #include "terminal.h"
+#include "timewindow.h"
 #include "uidata.h"
 
 #include <QApplication>
@@ -164,7 +166,7 @@ bool Weeks::send(double ms)
 {
     const double phase = ms / 7.2e6;
     const int first = 1200 + static_cast<int>(std::lround(800 * std::sin(phase)));
-    const char channel = m_shown / 600 % 2 == 0 ? ork2::kMainChannel : ork2::kReserveChannel;
+    const auto channel = m_shown / 600 % 2 == 0 ? ork2::Channel::Main : ork2::Channel::Reserve;
     const QByteArray frame = ork2::readingFrame({channel, first, first + 700});
     const qint64 before = m_shown;
     if (m_line.write(frame) != frame.size()) {

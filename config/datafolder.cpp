@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "datafolder.h"
+
+#include "settingskeys.h"
+
+#include <QCoreApplication>
+
+namespace ork2 {
+
+QString dayFileFolder(int unitNumber)
+{
+    const QString namePath = storedText(kNamePath);
+    const bool ownFolder = namePath.startsWith(kOwnFolderMark);
+    const QString base = ownFolder ? QCoreApplication::applicationDirPath() : namePath;
+    return base + QStringLiteral("/Data/ORK-2 N%1/").arg(unitNumber);
+}
+
+QString openedDataFolder()
+{
+    const QString namePath = storedText(kNamePath);
+    return namePath.startsWith(kOwnFolderMark)
+        ? QCoreApplication::applicationDirPath() + QStringLiteral("/Data")
+        : namePath + QStringLiteral("ORK2/Data/");
+}
+
+} // namespace ork2
