@@ -18,7 +18,7 @@ if(NOT MSVC)
         target_link_options(ork2_build_flags INTERFACE -fsanitize=${ORK2_SANITIZE})
         if(ORK2_SANITIZE MATCHES "address")
             add_library(ork2_keep_libraries OBJECT
-                ${PROJECT_SOURCE_DIR}/tests/support/keeplibraries.cpp)
+                ${PROJECT_SOURCE_DIR}/cmake/keeplibraries.cpp)
             target_link_options(ork2_build_flags INTERFACE
                 $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:$<TARGET_OBJECTS:ork2_keep_libraries>>)
             add_dependencies(ork2_build_flags ork2_keep_libraries)

@@ -224,7 +224,7 @@ void tst_program::closing_anyState_endsWithZero()
     static const QStringList modal = {QStringLiteral("Параметры"), QStringLiteral("Номер прибора")};
     const int rounds = qEnvironmentVariableIntValue("ORK2_CLOSINGS");
     if (rounds == 0) {
-        QSKIP("tools/soak/user plays it: its clicks now and then take the window manager along");
+        QSKIP("tests/endurance/user plays it: its clicks now and then take the window manager along");
     }
     for (int round = 1; round <= rounds; ++round) {
         if (state == u"port missing") {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the windows cost while a measurement runs, one reading a second:
 //
-//   tests/with-display build/release/tools/cost/ork2-chartcost [--points N] [--range SECONDS]
+//   tests/with-display build/release/tests/cost/ork2-chartcost [--points N] [--range SECONDS]
 //       [--seconds S] [--varying] [--errors] [--idle] [--panel] [--grab FILE]
 //
 // Both series are given N points (60), 10 s apart and ending now; then the start button is pressed

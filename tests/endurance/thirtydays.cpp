@@ -2,7 +2,7 @@
 // Weeks of measurement with a clock that is moved by hand: the program's object graph, a real line,
 // real day files, and on request the real document. Every second has its reading and its ticks, in
 // the order and at the moments that the timers would give them; only the waiting in between is left
-// out. Prints figures; tools/soak/thirty-days starts it and checks the day files.
+// out. Prints figures; tests/endurance/thirty-days starts it and checks the day files.
 #include "frames.h"
 #include "mainbackendprobe.h"
 #include "minutetick.h"
@@ -337,7 +337,7 @@ int main(int argc, char *argv[])
     parser.process(application);
     if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME") || !parser.isSet(QStringLiteral("data"))) {
         qFatal(
-            "Start this through tools/soak/thirty-days: it needs a store and a folder of its own");
+            "Start this through tests/endurance/thirty-days: it needs a store and a folder of its own");
     }
     qInstallMessageHandler(countLog);
 

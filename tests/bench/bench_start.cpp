@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // From the end of the splash screen to the first frame of the main window, and the memory then
-// resident. Needs a display: tests/with-display build/dev/bench/bench_start
+// resident. Needs a display: tests/with-display build/dev/tests/bench/bench_start
 #include "terminal.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // From the last byte on the line to the controller and to the picture that shows it, on the real
 // windows, all of them shown: latency of single frames, and whether a frame is lost at the pace of
-// 115200 baud and flat out. tools/soak/hurry starts it.
+// 115200 baud and flat out. tests/endurance/hurry starts it.
 #include "frames.h"
 #include "mainbackendprobe.h"
 #include "pseudoterminal.h"

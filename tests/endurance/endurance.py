@@ -57,8 +57,8 @@ def options(description, **extra):
 
 def on_a_display():
     """Starts the campaign once more, on a display of its own, if it is not there yet."""
-    if "ORK2_SOAK_DISPLAY" not in os.environ:
-        environment = dict(os.environ, ORK2_SOAK_DISPLAY="1", LC_ALL="C.UTF-8")
+    if "ORK2_ENDURANCE_DISPLAY" not in os.environ:
+        environment = dict(os.environ, ORK2_ENDURANCE_DISPLAY="1", LC_ALL="C.UTF-8")
         os.execve(TOP / "tests/with-display",
                   ["with-display", "-s", "1920x1080", sys.executable, *sys.argv], environment)
 
@@ -139,7 +139,7 @@ class Home:
     """A folder of its own for one case: program, settings store, day files, log."""
 
     def __init__(self, program, name="home", parent=None):
-        self._own = tempfile.TemporaryDirectory(prefix="ork2-soak-") if parent is None else None
+        self._own = tempfile.TemporaryDirectory(prefix="ork2-endurance-") if parent is None else None
         self.path = (Path(self._own.name) if parent is None else parent) / name
         self.bin = self.path / "bin"
         (self.bin / "settings").mkdir(parents=True)
