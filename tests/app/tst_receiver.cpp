@@ -2,8 +2,8 @@
 #include "receiver.h"
 
 #include "logcapture.h"
+#include "metamembers.h"
 
-#include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -29,10 +29,7 @@ void tst_receiver::type_isKnown_onceRegistered()
 void tst_receiver::metaObject_members_standInTheirOrder()
 {
     const QMetaObject &meta = Receiver::staticMetaObject;
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        methods << meta.method(i).methodSignature();
-    }
+    const QByteArrayList methods = methodSignatures(meta);
     QCOMPARE(
         methods, QByteArrayList({"sendToQml(QString)", "ExitButt()", "receiveFromQml(QString)"}));
     QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QByteArrayList{"count"});
@@ -51,4 +48,5 @@ void tst_receiver::text_comesBack_andIsLogged()
 }
 
 QTEST_APPLESS_MAIN(tst_receiver)
+#include "metamembers.h"
 #include "tst_receiver.moc"

@@ -3,6 +3,7 @@
 // single frames, and throughput of frames back to back.
 #include "mainbackend.h"
 
+#include "framenumber.h"
 #include "frames.h"
 #include "mainbackendprobe.h"
 #include "pseudoterminal.h"
@@ -25,11 +26,6 @@ namespace {
 
 constexpr int kLatencyFrames = 2000;
 constexpr int kThroughputFrames = 200000;
-
-QByteArray frameNumber(int number)
-{
-    return ork2::readingFrame({ork2::Channel::Main, number % 2900 + 1, 2500});
-}
 
 using Clock = std::chrono::steady_clock;
 

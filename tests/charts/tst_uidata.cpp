@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "uidata.h"
 
-#include <QMetaMethod>
+#include "metamembers.h"
+
 #include <QSignalSpy>
 #include <QTest>
 
@@ -24,10 +25,7 @@ private Q_SLOTS:
 void tst_uidata::metaObject_members_standInTheirOrder()
 {
     const QMetaObject &meta = UiData::staticMetaObject;
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        methods << meta.method(i).methodSignature();
-    }
+    const QByteArrayList methods = methodSignatures(meta);
     QCOMPARE(methods,
         QByteArrayList({"xyChanged()", "xminChanged()", "xmaxChanged()", "yminChanged()",
             "ymaxChanged()", "removeGPoints()", "newData(double,double)"}));
@@ -137,4 +135,5 @@ void tst_uidata::bounds_untouched_areZero()
 }
 
 QTEST_MAIN(tst_uidata)
+#include "metamembers.h"
 #include "tst_uidata.moc"

@@ -2,6 +2,7 @@
 #include "settings.h"
 
 #include "logcapture.h"
+#include "metamembers.h"
 #include "profile.h"
 
 #include <QMetaMethod>
@@ -139,10 +140,7 @@ void tst_settings::value_tooLong_countsAsAbsent()
 void tst_settings::metaObject_members_standInTheirOrder()
 {
     const QMetaObject &meta = settings::staticMetaObject;
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        methods << meta.method(i).methodSignature();
-    }
+    const QByteArrayList methods = methodSignatures(meta);
     QCOMPARE(methods,
         QByteArrayList({"sendSettingsToQml(QString)", "sendComPortSettingsToQml(QString)",
             "receiveSignalFromQml()", "readSettingsFile()"}));

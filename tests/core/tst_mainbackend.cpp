@@ -3,6 +3,7 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
+#include "metamembers.h"
 #include "profile.h"
 #include "sharedvalues.h"
 
@@ -193,10 +194,7 @@ void tst_mainbackend::metaObject_members_standInTheirOrder()
         "requestData()", "plotGraph()", "comSearch()", "timeToSaveData()", "enButton()",
         "disableButton()", "changeRangeX()"};
     const QMetaObject &meta = mainBackEnd::staticMetaObject;
-    QByteArrayList actual;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        actual << meta.method(i).methodSignature();
-    }
+    const QByteArrayList actual = methodSignatures(meta);
     QCOMPARE(actual, expected);
     const auto returns = [&meta](const char *signature) {
         return QByteArray(meta.method(meta.indexOfMethod(signature)).typeName());

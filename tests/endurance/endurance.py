@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What the campaigns share: the program in a folder of its own, a played line, a look at it all."""
+"""What the endurance tests share: the program in a folder of its own, a played line, a look at it all."""
 import argparse
 import atexit
 import errno
@@ -31,11 +31,11 @@ READING = "First layer of cloud altitude: "
 
 
 class Failure(Exception):
-    """What a campaign found; ends the case, not the campaign."""
+    """What a test found; ends the case, not the test."""
 
 
 def options(description, **extra):
-    """The command line that every campaign has, plus its own: name=(default, help)."""
+    """The command line that every test has, plus its own: name=(default, help)."""
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--program", type=Path, default=TOP / "build/release/bin/ork2-terminal",
                         help="the terminal to put to the test (default: %(default)s)")
@@ -56,7 +56,7 @@ def options(description, **extra):
 
 
 def on_a_display():
-    """Starts the campaign once more, on a display of its own, if it is not there yet."""
+    """Starts the test again on a display of its own, unless it has one."""
     if "ORK2_ENDURANCE_DISPLAY" not in os.environ:
         environment = dict(os.environ, ORK2_ENDURANCE_DISPLAY="1", LC_ALL="C.UTF-8")
         os.execve(TOP / "tests/with-display",

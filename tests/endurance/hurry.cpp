@@ -2,6 +2,7 @@
 // From the last byte on the line to the controller and to the picture that shows it, on the real
 // windows, all of them shown: latency of single frames, and whether a frame is lost at the pace of
 // 115200 baud and flat out. tests/endurance/hurry starts it.
+#include "framenumber.h"
 #include "frames.h"
 #include "mainbackendprobe.h"
 #include "pseudoterminal.h"
@@ -43,11 +44,6 @@ using Clock = std::chrono::steady_clock;
 double milliseconds(Clock::duration time)
 {
     return std::chrono::duration<double, std::milli>(time).count();
-}
-
-QByteArray frameNumber(int number)
-{
-    return ork2::readingFrame({ork2::Channel::Main, number % 2900 + 1, 2500});
 }
 
 // Until the condition holds; false: it did not within the time.
@@ -140,7 +136,7 @@ Hurry::Hurry(ork2::Terminal &terminal, ork2::PseudoTerminal &line)
     QObject::connect(
         &terminal.backEnd(), &mainBackEnd::firstCloudAlt, m_window, [this](const QString &height) {
             m_arrival = Clock::now();
-            m_wrong += height.toInt() == m_expected % 2900 + 1 ? 0 : 1;
+            m_wrong += height.toInt() == firstHeight(m_expected) ? 0 : 1;
             ++m_expected;
             ++m_received;
         });

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "convertdata.h"
 
+#include "metamembers.h"
+
 #include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTest>
@@ -34,12 +36,7 @@ void tst_convertdata::metaObject_members_standInTheirOrder()
         "readyToShowWindCritical(int,double,double,double)", "readyToShowTemp(int,double)",
         "readyToShowClouds(QString,QString)", "readyToShowCloudChanel(QString)",
         "parseWindData(QByteArray)", "parseTempData(QByteArray)", "parseCloudData(QByteArray)"};
-    QByteArrayList actual;
-    const QMetaObject &meta = convertData::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        actual << meta.method(i).methodSignature();
-    }
-    QCOMPARE(actual, expected);
+    QCOMPARE(methodSignatures(convertData::staticMetaObject), expected);
 }
 
 void tst_convertdata::cloud_frame_givesHeightsAndChannel_data()

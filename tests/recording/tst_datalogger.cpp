@@ -3,6 +3,7 @@
 
 #include "dataloggerprobe.h"
 #include "logcapture.h"
+#include "metamembers.h"
 #include "profile.h"
 #include "sharedvalues.h"
 
@@ -112,10 +113,7 @@ QString tst_datalogger::dayFile(int unit, const QString &date) const
 void tst_datalogger::metaObject_members_standInTheirOrder()
 {
     const QMetaObject &meta = datalogger::staticMetaObject;
-    QByteArrayList methods;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        methods << meta.method(i).methodSignature();
-    }
+    const QByteArrayList methods = methodSignatures(meta);
     QCOMPARE(methods,
         QByteArrayList({"debugLog(QString)", "sendSqlStr(QVariantList)", "dataLedStatus(bool)",
             "DataWindSpeedRecieved(int,double,double,double)",

@@ -3,8 +3,10 @@
 
 #include "comportprobe.h"
 #include "failingsignals.h"
+#include "framenumber.h"
 #include "frames.h"
 #include "logcapture.h"
+#include "metamembers.h"
 #include "patience.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
@@ -23,11 +25,6 @@
 #include <thread>
 
 namespace {
-
-QByteArray frameNumber(int number)
-{
-    return ork2::readingFrame({ork2::Channel::Main, number % 2999 + 1, 2500});
-}
 
 const QByteArray kGood = QByteArrayLiteral("H112342345\r");
 
@@ -181,10 +178,7 @@ void tst_comport::metaObject_members_standInTheirOrder()
         "process_Port()", "WriteToPort(QString,QByteArray)",
         "handleError(QSerialPort::SerialPortError)", "ReadInPort()"};
     const QMetaObject &meta = ComPort::staticMetaObject;
-    QByteArrayList actual;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        actual << meta.method(i).methodSignature();
-    }
+    const QByteArrayList actual = methodSignatures(meta);
     QCOMPARE(actual, expected);
 }
 

@@ -3,6 +3,7 @@
 // the port after twelve reads without a frame: only a person could then start again.
 #include "mainbackend.h"
 
+#include "framenumber.h"
 #include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
@@ -24,11 +25,6 @@ namespace {
 
 constexpr qsizetype kFramesAfter = 6;
 constexpr qsizetype kFramesWanted = 3; // of them
-
-QByteArray frameNumber(int number)
-{
-    return ork2::readingFrame({ork2::Channel::Main, number, 2500});
-}
 
 // What comes in place of one good frame, once for each place in it.
 QList<QByteArray> faults(const QByteArray &kind)
@@ -180,16 +176,16 @@ void tst_delivery::fault_anyDelivery_goesOnByItself()
     qsizetype fewest = kFramesAfter;
     for (const QByteArray &bytes : faulty) {
         start();
-        if (bytes.size() >= frameNumber(1).size() - 1 && kind != "opened in mid-frame") {
+        if (kind != "opened in mid-frame") {
             deliver(frameNumber(1), pieces);
         }
         deliver(bytes, pieces);
         m_frames.clear();
-        qsizetype read = 0;
         for (int number = 2; number < 2 + kFramesAfter; ++number) {
             deliver(frameNumber(number), pieces);
         }
         const bool open = portIsOpen();
+        qsizetype read = 0;
         for (int number = 2; number < 2 + kFramesAfter; ++number) {
             read += m_frames.contains(frameNumber(number)) ? 1 : 0;
         }

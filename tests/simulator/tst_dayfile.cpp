@@ -12,7 +12,7 @@ const char *const kHeading =
 
 } // namespace
 
-class TestDayFile : public QObject
+class tst_dayfile : public QObject
 {
     Q_OBJECT
 
@@ -26,7 +26,7 @@ private Q_SLOTS:
     void parse_noRecord_tellsFile();
 };
 
-void TestDayFile::parse_wholeFile_givesAReadingPerRecord()
+void tst_dayfile::parse_wholeFile_givesAReadingPerRecord()
 {
     const ScriptResult result = parseDayFile(QByteArray(kHeading)
             + "\r\n00:00:00\t0850\t1500\tОсновной"
@@ -42,7 +42,7 @@ void TestDayFile::parse_wholeFile_givesAReadingPerRecord()
     QVERIFY(steps[2].step == Step(Transmission{"H077777777\r"}));
 }
 
-void TestDayFile::parse_fileWithoutHeading_isTaken()
+void tst_dayfile::parse_fileWithoutHeading_isTaken()
 {
     const ScriptResult result =
         parseDayFile("\r\n00:00:00\t0850\t1500\tОсновной", QStringLiteral("d"));
@@ -50,7 +50,7 @@ void TestDayFile::parse_fileWithoutHeading_isTaken()
     QCOMPARE(result.script.steps.size(), 1U);
 }
 
-void TestDayFile::parse_lineEndsOfTextMode_areTaken()
+void tst_dayfile::parse_lineEndsOfTextMode_areTaken()
 {
     QByteArray text = QByteArray(kHeading) + "\r\n00:00:00\t0850\t1500\tРезерв\r\n";
     text.replace("\r\n", "\r\r\n");
@@ -59,7 +59,7 @@ void TestDayFile::parse_lineEndsOfTextMode_areTaken()
     QVERIFY(result.script.steps.at(0).step == Step(Transmission{"H108501500\r"}));
 }
 
-void TestDayFile::parse_damagedField_goesBackAsItCame()
+void tst_dayfile::parse_damagedField_goesBackAsItCame()
 {
     const ScriptResult result = parseDayFile("00:00:00\t08x0\tÿ500\tОсновной", QStringLiteral("d"));
     QCOMPARE(result.error, QString());
@@ -68,7 +68,7 @@ void TestDayFile::parse_damagedField_goesBackAsItCame()
                              "500\r"}));
 }
 
-void TestDayFile::parse_badRecord_tellsFileAndLine_data()
+void tst_dayfile::parse_badRecord_tellsFileAndLine_data()
 {
     QTest::addColumn<QByteArray>("record");
 
@@ -82,7 +82,7 @@ void TestDayFile::parse_badRecord_tellsFileAndLine_data()
     QTest::newRow("other text") << QByteArray("hello");
 }
 
-void TestDayFile::parse_badRecord_tellsFileAndLine()
+void tst_dayfile::parse_badRecord_tellsFileAndLine()
 {
     QFETCH(QByteArray, record);
     const ScriptResult result =
@@ -92,11 +92,11 @@ void TestDayFile::parse_badRecord_tellsFileAndLine()
         result.error, QStringLiteral("day.txt:5: no record of time, two heights and channel name"));
 }
 
-void TestDayFile::parse_noRecord_tellsFile()
+void tst_dayfile::parse_noRecord_tellsFile()
 {
     QCOMPARE(parseDayFile(kHeading, QStringLiteral("day.txt")).error,
         QStringLiteral("day.txt: there is no record to play"));
 }
 
-QTEST_GUILESS_MAIN(TestDayFile)
+QTEST_GUILESS_MAIN(tst_dayfile)
 #include "tst_dayfile.moc"

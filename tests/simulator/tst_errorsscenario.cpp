@@ -37,7 +37,7 @@ QByteArray kind(const QByteArray &frame)
 
 } // namespace
 
-class TestErrorsScenario : public QObject
+class tst_errorsscenario : public QObject
 {
     Q_OBJECT
 
@@ -48,13 +48,13 @@ private Q_SLOTS:
     void blocks_always_haveNormalReadingsBetween();
 };
 
-void TestErrorsScenario::steps_sameSeed_areTheSame()
+void tst_errorsscenario::steps_sameSeed_areTheSame()
 {
     QCOMPARE(frames(5), frames(5));
     QVERIFY(frames(5) != frames(6));
 }
 
-void TestErrorsScenario::steps_always_areWholeFrames()
+void tst_errorsscenario::steps_always_areWholeFrames()
 {
     for (const QByteArray &frame : frames(1)) {
         QCOMPARE(frame.size(), 11);
@@ -66,7 +66,7 @@ void TestErrorsScenario::steps_always_areWholeFrames()
     }
 }
 
-void TestErrorsScenario::steps_oneRound_holdEveryPair()
+void tst_errorsscenario::steps_oneRound_holdEveryPair()
 {
     QSet<QByteArray> seen;
     for (const QByteArray &frame : frames(1)) {
@@ -80,7 +80,7 @@ void TestErrorsScenario::steps_oneRound_holdEveryPair()
     }
 }
 
-void TestErrorsScenario::blocks_always_haveNormalReadingsBetween()
+void tst_errorsscenario::blocks_always_haveNormalReadingsBetween()
 {
     QByteArray previous = "/";
     int normal = 0;
@@ -97,5 +97,5 @@ void TestErrorsScenario::blocks_always_haveNormalReadingsBetween()
     }
 }
 
-QTEST_GUILESS_MAIN(TestErrorsScenario)
+QTEST_GUILESS_MAIN(tst_errorsscenario)
 #include "tst_errorsscenario.moc"

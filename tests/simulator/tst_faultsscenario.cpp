@@ -32,7 +32,7 @@ bool isGood(const QByteArray &bytes)
 
 } // namespace
 
-class TestFaultsScenario : public QObject
+class tst_faultsscenario : public QObject
 {
     Q_OBJECT
 
@@ -44,13 +44,13 @@ private Q_SLOTS:
     void faults_always_haveGoodReadingsBetween();
 };
 
-void TestFaultsScenario::steps_sameSeed_areTheSame()
+void tst_faultsscenario::steps_sameSeed_areTheSame()
 {
     QVERIFY(steps(5) == steps(5));
     QVERIFY(steps(5) != steps(6));
 }
 
-void TestFaultsScenario::steps_longRun_holdEveryFault()
+void tst_faultsscenario::steps_longRun_holdEveryFault()
 {
     int shorter = 0;
     int longer = 0;
@@ -77,7 +77,7 @@ void TestFaultsScenario::steps_longRun_holdEveryFault()
     }
 }
 
-void TestFaultsScenario::bytes_damagedReadings_comeFromTheWeather()
+void tst_faultsscenario::bytes_damagedReadings_comeFromTheWeather()
 {
     WeatherScenario weather(1);
     bool lost = false;
@@ -115,7 +115,7 @@ void TestFaultsScenario::bytes_damagedReadings_comeFromTheWeather()
     QVERIFY(added);
 }
 
-void TestFaultsScenario::pauses_always_lastWholePeriods()
+void tst_faultsscenario::pauses_always_lastWholePeriods()
 {
     for (const Step &step : steps(1)) {
         if (const auto *silence = std::get_if<Silence>(&step)) {
@@ -129,7 +129,7 @@ void TestFaultsScenario::pauses_always_lastWholePeriods()
     }
 }
 
-void TestFaultsScenario::faults_always_haveGoodReadingsBetween()
+void tst_faultsscenario::faults_always_haveGoodReadingsBetween()
 {
     int good = 0;
     for (const Step &step : steps(1)) {
@@ -143,5 +143,5 @@ void TestFaultsScenario::faults_always_haveGoodReadingsBetween()
     }
 }
 
-QTEST_GUILESS_MAIN(TestFaultsScenario)
+QTEST_GUILESS_MAIN(tst_faultsscenario)
 #include "tst_faultsscenario.moc"

@@ -18,7 +18,7 @@ CommandLine parsed(const QString &arguments)
 
 } // namespace
 
-class TestOptions : public QObject
+class tst_options : public QObject
 {
     Q_OBJECT
 
@@ -32,7 +32,7 @@ private Q_SLOTS:
     void parse_emptyText_isRefused();
 };
 
-void TestOptions::parse_nothing_givesDefaults()
+void tst_options::parse_nothing_givesDefaults()
 {
     const CommandLine commandLine = parsed({});
     QVERIFY(commandLine.options.has_value());
@@ -45,7 +45,7 @@ void TestOptions::parse_nothing_givesDefaults()
     QVERIFY(!commandLine.options->count);
 }
 
-void TestOptions::parse_everything_isTaken()
+void tst_options::parse_everything_isTaken()
 {
     const CommandLine commandLine = parsed(QStringLiteral(
         "--scenario faults --period 20 --delivery bytes --seed 7 --count 3 --link /tmp/x"));
@@ -61,7 +61,7 @@ void TestOptions::parse_everything_isTaken()
     QVERIFY(parsed(QStringLiteral("--delivery whole")).options->delivery == Delivery::Whole);
 }
 
-void TestOptions::parse_limits_areTaken()
+void tst_options::parse_limits_areTaken()
 {
     const CommandLine lowest = parsed(QStringLiteral("--period 0 --seed 0 --count 1"));
     QVERIFY2(lowest.options.has_value(), qPrintable(lowest.text));
@@ -71,7 +71,7 @@ void TestOptions::parse_limits_areTaken()
     QCOMPARE(highest.options->seed, 4294967295U);
 }
 
-void TestOptions::parse_help_describesOptionsAndScenarioFile()
+void tst_options::parse_help_describesOptionsAndScenarioFile()
 {
     for (const char *option : {"--help", "-h"}) {
         const CommandLine commandLine = parsed(QString::fromLatin1(option));
@@ -85,7 +85,7 @@ void TestOptions::parse_help_describesOptionsAndScenarioFile()
     }
 }
 
-void TestOptions::parse_badOption_tellsWhatIsWrong_data()
+void tst_options::parse_badOption_tellsWhatIsWrong_data()
 {
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QString>("text");
@@ -112,7 +112,7 @@ void TestOptions::parse_badOption_tellsWhatIsWrong_data()
     row("stray argument", "weather", "there is no use for the argument \"weather\"");
 }
 
-void TestOptions::parse_badOption_tellsWhatIsWrong()
+void tst_options::parse_badOption_tellsWhatIsWrong()
 {
     QFETCH(QString, arguments);
     const CommandLine commandLine = parsed(arguments);
@@ -121,7 +121,7 @@ void TestOptions::parse_badOption_tellsWhatIsWrong()
     QTEST(commandLine.text, "text");
 }
 
-void TestOptions::parse_emptyText_isRefused()
+void tst_options::parse_emptyText_isRefused()
 {
     for (const QString &name :
         {QStringLiteral("scenario"), QStringLiteral("replay"), QStringLiteral("link")}) {
@@ -132,5 +132,5 @@ void TestOptions::parse_emptyText_isRefused()
     }
 }
 
-QTEST_GUILESS_MAIN(TestOptions)
+QTEST_GUILESS_MAIN(tst_options)
 #include "tst_options.moc"

@@ -78,7 +78,7 @@ Options withPeriod(std::chrono::milliseconds period)
 
 } // namespace
 
-class TestPlayer : public QObject
+class tst_player : public QObject
 {
     Q_OBJECT
 
@@ -117,19 +117,19 @@ private:
     int m_played = 0;
 };
 
-void TestPlayer::init()
+void tst_player::init()
 {
     m_reader = std::make_unique<LineReader>();
     m_played = 0;
 }
 
-void TestPlayer::cleanup()
+void tst_player::cleanup()
 {
     m_player.reset();
     m_reader.reset();
 }
 
-void TestPlayer::create(std::unique_ptr<Scenario> scenario, const Options &options)
+void tst_player::create(std::unique_ptr<Scenario> scenario, const Options &options)
 {
     m_player = std::make_unique<Player>(std::move(scenario), options);
     m_ready = std::make_unique<QSignalSpy>(m_player.get(), &Player::ready);
@@ -137,13 +137,13 @@ void TestPlayer::create(std::unique_ptr<Scenario> scenario, const Options &optio
     m_failed = std::make_unique<QSignalSpy>(m_player.get(), &Player::failed);
 }
 
-void TestPlayer::openOnReady()
+void tst_player::openOnReady()
 {
     connect(m_player.get(), &Player::ready, m_reader.get(),
         [this](const QString &path) { QVERIFY(m_reader->open(path)); });
 }
 
-void TestPlayer::period_betweenReadings_isKept()
+void tst_player::period_betweenReadings_isKept()
 {
     Options options = withPeriod(30ms);
     options.count = 11;
@@ -157,7 +157,7 @@ void TestPlayer::period_betweenReadings_isKept()
     QVERIFY2(elapsed >= 299 && elapsed < 2000, qPrintable(QString::number(elapsed)));
 }
 
-void TestPlayer::period_afterSilence_startsAnew()
+void tst_player::period_afterSilence_startsAnew()
 {
     create(script({{Transmission{"a"}}, {Silence{300ms}}, {Transmission{"b"}}}), withPeriod(50ms));
     openOnReady();
@@ -170,7 +170,7 @@ void TestPlayer::period_afterSilence_startsAnew()
     QVERIFY2(elapsed >= 349 && elapsed < 2000, qPrintable(QString::number(elapsed)));
 }
 
-void TestPlayer::delivery_whole_isOnePieceAReading()
+void tst_player::delivery_whole_isOnePieceAReading()
 {
     Options options = withPeriod(20ms);
     options.count = 10;
@@ -181,7 +181,7 @@ void TestPlayer::delivery_whole_isOnePieceAReading()
     QVERIFY2(m_reader->pieces <= 12, qPrintable(QString::number(m_reader->pieces)));
 }
 
-void TestPlayer::delivery_bytes_keepsPaceOfLine()
+void tst_player::delivery_bytes_keepsPaceOfLine()
 {
     constexpr int kFrames = 20;
     constexpr qint64 kLineTimeMs = 1000LL * kFrames * kFrameSize / 960;
@@ -201,7 +201,7 @@ void TestPlayer::delivery_bytes_keepsPaceOfLine()
     QVERIFY(!frameNumbers(m_reader->received).contains(-1));
 }
 
-void TestPlayer::count_reached_finishes()
+void tst_player::count_reached_finishes()
 {
     Options options = withPeriod(1ms);
     options.count = 5;
@@ -213,7 +213,7 @@ void TestPlayer::count_reached_finishes()
     QCOMPARE(m_failed->count(), 0);
 }
 
-void TestPlayer::script_over_finishes()
+void tst_player::script_over_finishes()
 {
     create(script({{Transmission{"a"}, 3}, {Transmission{"b"}}}), withPeriod(1ms));
     openOnReady();
@@ -222,7 +222,7 @@ void TestPlayer::script_over_finishes()
     QCOMPARE(m_reader->received, QByteArray("aaab"));
 }
 
-void TestPlayer::end_readerTakesNothing_finishesAllTheSame()
+void tst_player::end_readerTakesNothing_finishesAllTheSame()
 {
     create(script({{Transmission{"a"}}}), withPeriod(1ms));
     openOnReady();
@@ -233,7 +233,7 @@ void TestPlayer::end_readerTakesNothing_finishesAllTheSame()
     QCOMPARE(m_reader->received, QByteArray());
 }
 
-void TestPlayer::end_flatOut_waitsForReader()
+void tst_player::end_flatOut_waitsForReader()
 {
     create(script({{Transmission{"a"}, 3}}), withPeriod(0ms));
     m_player->start();
@@ -243,7 +243,7 @@ void TestPlayer::end_flatOut_waitsForReader()
     QCOMPARE(m_reader->received, QByteArray("aaa"));
 }
 
-void TestPlayer::reader_absent_readingsAreLost()
+void tst_player::reader_absent_readingsAreLost()
 {
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(2ms));
     m_player->start();
@@ -256,7 +256,7 @@ void TestPlayer::reader_absent_readingsAreLost()
     QVERIFY(!numbers.contains(-1));
 }
 
-void TestPlayer::reader_left_leavesNothingBehind()
+void tst_player::reader_left_leavesNothingBehind()
 {
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(2ms));
     openOnReady();
@@ -275,7 +275,7 @@ void TestPlayer::reader_left_leavesNothingBehind()
     QCOMPARE(frameNumbers(m_reader->received).first(), playedBeforeOpen);
 }
 
-void TestPlayer::reader_leftAndBackWithinAPeriod_findsNothing()
+void tst_player::reader_leftAndBackWithinAPeriod_findsNothing()
 {
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(60s));
     openOnReady();
@@ -289,7 +289,7 @@ void TestPlayer::reader_leftAndBackWithinAPeriod_findsNothing()
     QCOMPARE(m_reader->waiting(), 0);
 }
 
-void TestPlayer::line_full_dropsWholeReadings()
+void tst_player::line_full_dropsWholeReadings()
 {
     constexpr qsizetype kFramesThatFit = 4095 / kFrameSize;
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(1ms));
@@ -307,7 +307,7 @@ void TestPlayer::line_full_dropsWholeReadings()
     QVERIFY2(numbers().size() < 2 * kFramesThatFit, qPrintable(QString::number(numbers().size())));
 }
 
-void TestPlayer::line_flatOut_losesNothing()
+void tst_player::line_flatOut_losesNothing()
 {
     constexpr int kFrames = 9999;
     Options options = withPeriod(0ms);
@@ -325,7 +325,7 @@ void TestPlayer::line_flatOut_losesNothing()
     }
 }
 
-void TestPlayer::requests_fromReader_areTakenAndIgnored()
+void tst_player::requests_fromReader_areTakenAndIgnored()
 {
     constexpr int kRequests = 10000; // far more than a line keeps
     const QByteArray request = QByteArray::fromHex("3a00410000ac110d");
@@ -340,7 +340,7 @@ void TestPlayer::requests_fromReader_areTakenAndIgnored()
     QVERIFY(!frameNumbers(m_reader->received).contains(-1));
 }
 
-void TestPlayer::unplugging_always_hangsUpAndComesBack()
+void tst_player::unplugging_always_hangsUpAndComesBack()
 {
     create(
         script({{Transmission{"a"}}, {Unplugging{200ms}}, {Transmission{"b"}}}), withPeriod(100ms));
@@ -355,7 +355,7 @@ void TestPlayer::unplugging_always_hangsUpAndComesBack()
     QCOMPARE(m_reader->received, QByteArray("ab"));
 }
 
-void TestPlayer::unplugging_flatOut_waitsForReader()
+void tst_player::unplugging_flatOut_waitsForReader()
 {
     create(
         script({{Transmission{"a"}, 2}, {Unplugging{1ms}}, {Transmission{"b"}}}), withPeriod(0ms));
@@ -368,7 +368,7 @@ void TestPlayer::unplugging_flatOut_waitsForReader()
     QCOMPARE(m_reader->received, QByteArray("aab"));
 }
 
-void TestPlayer::unplugging_linked_removesAndRenewsLink()
+void tst_player::unplugging_linked_removesAndRenewsLink()
 {
     const QTemporaryDir folder;
     Options options = withPeriod(5ms);
@@ -387,7 +387,7 @@ void TestPlayer::unplugging_linked_removesAndRenewsLink()
     QVERIFY(!QFileInfo(options.linkPath).isSymLink());
 }
 
-void TestPlayer::link_impossible_fails()
+void tst_player::link_impossible_fails()
 {
     Options options = withPeriod(1ms);
     options.linkPath = QStringLiteral("/nowhere/at/all");
@@ -400,5 +400,5 @@ void TestPlayer::link_impossible_fails()
     QVERIFY(!m_finished->wait(50));
 }
 
-QTEST_GUILESS_MAIN(TestPlayer)
+QTEST_GUILESS_MAIN(tst_player)
 #include "tst_player.moc"

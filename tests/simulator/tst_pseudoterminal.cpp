@@ -10,7 +10,7 @@
 
 using namespace ork2;
 
-class TestPseudoTerminal : public QObject
+class tst_pseudoterminal : public QObject
 {
     Q_OBJECT
 
@@ -29,7 +29,7 @@ private Q_SLOTS:
     void close_readerSeesHangUp();
 };
 
-void TestPseudoTerminal::open_noDescriptorsLeft_tellsReason()
+void tst_pseudoterminal::open_noDescriptorsLeft_tellsReason()
 {
     rlimit before{};
     QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
@@ -44,7 +44,7 @@ void TestPseudoTerminal::open_noDescriptorsLeft_tellsReason()
     QCOMPARE(terminal.errorString(), QStringLiteral("posix_openpt: Too many open files"));
 }
 
-void TestPseudoTerminal::path_followsOpening()
+void tst_pseudoterminal::path_followsOpening()
 {
     PseudoTerminal terminal;
     QCOMPARE(terminal.path(), QString());
@@ -56,7 +56,7 @@ void TestPseudoTerminal::path_followsOpening()
     QVERIFY(terminal.isOpen());
 }
 
-void TestPseudoTerminal::write_anyByte_arrivesUnchanged()
+void tst_pseudoterminal::write_anyByte_arrivesUnchanged()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -72,7 +72,7 @@ void TestPseudoTerminal::write_anyByte_arrivesUnchanged()
     QCOMPARE(terminal.drain(), QByteArray());
 }
 
-void TestPseudoTerminal::write_beforeReaderIsThere_isKept()
+void tst_pseudoterminal::write_beforeReaderIsThere_isKept()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -86,7 +86,7 @@ void TestPseudoTerminal::write_beforeReaderIsThere_isKept()
     QTRY_COMPARE(reader.received, QByteArray("H008501500\rH0"));
 }
 
-void TestPseudoTerminal::write_fullLine_takesPartAndKeepsOrder()
+void tst_pseudoterminal::write_fullLine_takesPartAndKeepsOrder()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -105,7 +105,7 @@ void TestPseudoTerminal::write_fullLine_takesPartAndKeepsOrder()
     QTRY_VERIFY(terminal.write("x") == 1);
 }
 
-void TestPseudoTerminal::unread_followsReader()
+void tst_pseudoterminal::unread_followsReader()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -117,7 +117,7 @@ void TestPseudoTerminal::unread_followsReader()
     QTRY_COMPARE(terminal.unread(), 0);
 }
 
-void TestPseudoTerminal::readerPresent_followsReaders()
+void tst_pseudoterminal::readerPresent_followsReaders()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -138,7 +138,7 @@ void TestPseudoTerminal::readerPresent_followsReaders()
     QCOMPARE(first.hangUps, 0);
 }
 
-void TestPseudoTerminal::readerPresent_nobodyThere_discardsUnread()
+void tst_pseudoterminal::readerPresent_nobodyThere_discardsUnread()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -153,7 +153,7 @@ void TestPseudoTerminal::readerPresent_nobodyThere_discardsUnread()
     QTRY_COMPARE(reader.received, QByteArray("new"));
 }
 
-void TestPseudoTerminal::readerLeft_afterAsking_makesDescriptorReadable()
+void tst_pseudoterminal::readerLeft_afterAsking_makesDescriptorReadable()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -173,7 +173,7 @@ void TestPseudoTerminal::readerLeft_afterAsking_makesDescriptorReadable()
     QCOMPARE(notices, 1);
 }
 
-void TestPseudoTerminal::unread_withoutOwnHold_isStillTold()
+void tst_pseudoterminal::unread_withoutOwnHold_isStillTold()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -186,7 +186,7 @@ void TestPseudoTerminal::unread_withoutOwnHold_isStillTold()
     QVERIFY(terminal.readerPresent());
 }
 
-void TestPseudoTerminal::drain_givesWhatReaderSent()
+void tst_pseudoterminal::drain_givesWhatReaderSent()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -199,7 +199,7 @@ void TestPseudoTerminal::drain_givesWhatReaderSent()
     QCOMPARE(terminal.drain(), QByteArray());
 }
 
-void TestPseudoTerminal::close_readerSeesHangUp()
+void tst_pseudoterminal::close_readerSeesHangUp()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -210,5 +210,5 @@ void TestPseudoTerminal::close_readerSeesHangUp()
     QTRY_COMPARE(reader.hangUps, 1);
 }
 
-QTEST_GUILESS_MAIN(TestPseudoTerminal)
+QTEST_GUILESS_MAIN(tst_pseudoterminal)
 #include "tst_pseudoterminal.moc"

@@ -5,7 +5,7 @@
 
 using namespace ork2;
 
-class TestReadingFrame : public QObject
+class tst_readingframe : public QObject
 {
     Q_OBJECT
 
@@ -15,7 +15,7 @@ private Q_SLOTS:
     void frame_fields_standAsGiven();
 };
 
-void TestReadingFrame::frame_anyReading_hasLayout_data()
+void tst_readingframe::frame_anyReading_hasLayout_data()
 {
     QTest::addColumn<char>("channel");
     QTest::addColumn<int>("first");
@@ -28,7 +28,7 @@ void TestReadingFrame::frame_anyReading_hasLayout_data()
         << '1' << 7777 << 9999 << QByteArray("H177779999\r");
 }
 
-void TestReadingFrame::frame_anyReading_hasLayout()
+void tst_readingframe::frame_anyReading_hasLayout()
 {
     QFETCH(char, channel);
     QFETCH(int, first);
@@ -36,11 +36,11 @@ void TestReadingFrame::frame_anyReading_hasLayout()
     QTEST(readingFrame({static_cast<Channel>(channel), first, second}), "bytes");
 }
 
-void TestReadingFrame::frame_fields_standAsGiven()
+void tst_readingframe::frame_fields_standAsGiven()
 {
     QCOMPARE(
         readingFrame(static_cast<Channel>('5'), "12:4", "\xFF---"), QByteArray("H512:4\xFF---\r"));
 }
 
-QTEST_GUILESS_MAIN(TestReadingFrame)
+QTEST_GUILESS_MAIN(tst_readingframe)
 #include "tst_readingframe.moc"

@@ -11,7 +11,7 @@
 
 using namespace ork2;
 
-class TestScenarioFactory : public QObject
+class tst_scenariofactory : public QObject
 {
     Q_OBJECT
 
@@ -29,14 +29,14 @@ private:
     QTemporaryDir m_folder;
 };
 
-QString TestScenarioFactory::written(const QByteArray &text)
+QString tst_scenariofactory::written(const QByteArray &text)
 {
     const QString path = m_folder.filePath(QStringLiteral("запись.txt"));
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? path : QString();
 }
 
-void TestScenarioFactory::make_builtInName_givesThatScenario()
+void tst_scenariofactory::make_builtInName_givesThatScenario()
 {
     Options options;
     QVERIFY(dynamic_cast<WeatherScenario *>(makeScenario(options).scenario.get()) != nullptr);
@@ -46,7 +46,7 @@ void TestScenarioFactory::make_builtInName_givesThatScenario()
     QVERIFY(dynamic_cast<FaultsScenario *>(makeScenario(options).scenario.get()) != nullptr);
 }
 
-void TestScenarioFactory::make_seed_reachesTheScenario()
+void tst_scenariofactory::make_seed_reachesTheScenario()
 {
     for (const char *name : {"weather", "errors", "faults"}) {
         Options options;
@@ -60,7 +60,7 @@ void TestScenarioFactory::make_seed_reachesTheScenario()
     }
 }
 
-void TestScenarioFactory::make_scenarioFile_isParsed()
+void tst_scenariofactory::make_scenarioFile_isParsed()
 {
     Options options;
     options.scenario = written("reading 0 850 1500\n");
@@ -70,7 +70,7 @@ void TestScenarioFactory::make_scenarioFile_isParsed()
     QVERIFY(!result.scenario->next());
 }
 
-void TestScenarioFactory::make_dayFile_isParsed()
+void tst_scenariofactory::make_dayFile_isParsed()
 {
     Options options;
     options.dayFile = written("00:00:00\t0850\t----\tРезерв");
@@ -80,7 +80,7 @@ void TestScenarioFactory::make_dayFile_isParsed()
     QVERIFY(!result.scenario->next());
 }
 
-void TestScenarioFactory::make_badFile_tellsFileAndLine()
+void tst_scenariofactory::make_badFile_tellsFileAndLine()
 {
     Options options;
     options.scenario = written("\njump\n");
@@ -89,7 +89,7 @@ void TestScenarioFactory::make_badFile_tellsFileAndLine()
     QCOMPARE(result.error, options.scenario + QStringLiteral(":2: there is no command \"jump\""));
 }
 
-void TestScenarioFactory::make_missingFile_tellsReason()
+void tst_scenariofactory::make_missingFile_tellsReason()
 {
     Options options;
     options.scenario = m_folder.filePath(QStringLiteral("none"));
@@ -101,5 +101,5 @@ void TestScenarioFactory::make_missingFile_tellsReason()
         QStringLiteral("cannot read the day file \"%1\": ").arg(options.dayFile)));
 }
 
-QTEST_GUILESS_MAIN(TestScenarioFactory)
+QTEST_GUILESS_MAIN(tst_scenariofactory)
 #include "tst_scenariofactory.moc"

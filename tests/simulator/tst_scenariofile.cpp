@@ -6,7 +6,7 @@
 using namespace ork2;
 using namespace std::chrono_literals;
 
-class TestScenarioFile : public QObject
+class tst_scenariofile : public QObject
 {
     Q_OBJECT
 
@@ -20,7 +20,7 @@ private Q_SLOTS:
     void parse_nothingToPlay_tellsFile();
 };
 
-void TestScenarioFile::parse_everyCommand_givesItsStep()
+void tst_scenariofile::parse_everyCommand_givesItsStep()
 {
     const ScriptResult result = parseScenarioFile("# a day at sea\n"
                                                   "reading 0 850 1500\n"
@@ -44,7 +44,7 @@ void TestScenarioFile::parse_everyCommand_givesItsStep()
     QVERIFY(steps[4].step == Step(Unplugging{250ms}));
 }
 
-void TestScenarioFile::parse_windowsLineEnds_areTaken()
+void tst_scenariofile::parse_windowsLineEnds_areTaken()
 {
     const ScriptResult result =
         parseScenarioFile("reading 0 1 2\r\n\r\nsilence 5\r\n", QStringLiteral("f"));
@@ -53,14 +53,14 @@ void TestScenarioFile::parse_windowsLineEnds_areTaken()
     QVERIFY(!result.script.repeats);
 }
 
-void TestScenarioFile::parse_longestAllowedValues_areTaken()
+void tst_scenariofile::parse_longestAllowedValues_areTaken()
 {
     const QByteArray text =
         "reading 9 9999 0 x1000000\nsilence 86400000\nbytes " + QByteArray(2048, 'a') + '\n';
     QCOMPARE(parseScenarioFile(text, QStringLiteral("f")).error, QString());
 }
 
-void TestScenarioFile::parse_exampleOfHelp_isTaken()
+void tst_scenariofile::parse_exampleOfHelp_isTaken()
 {
     const QString help = scenarioFileHelp();
     const QString heading = QStringLiteral("Example:\n");
@@ -71,7 +71,7 @@ void TestScenarioFile::parse_exampleOfHelp_isTaken()
     QVERIFY(result.script.repeats);
 }
 
-void TestScenarioFile::parse_badLine_tellsFileLineAndReason_data()
+void tst_scenariofile::parse_badLine_tellsFileLineAndReason_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<QString>("error");
@@ -122,7 +122,7 @@ void TestScenarioFile::parse_badLine_tellsFileLineAndReason_data()
     row("second repeat", "reading 0 1 2\nrepeat\nrepeat", "s.txt:3: nothing may follow \"repeat\"");
 }
 
-void TestScenarioFile::parse_badLine_tellsFileLineAndReason()
+void tst_scenariofile::parse_badLine_tellsFileLineAndReason()
 {
     QFETCH(QByteArray, text);
     const ScriptResult result = parseScenarioFile(text, QStringLiteral("s.txt"));
@@ -130,11 +130,11 @@ void TestScenarioFile::parse_badLine_tellsFileLineAndReason()
     QVERIFY(result.script.steps.empty());
 }
 
-void TestScenarioFile::parse_nothingToPlay_tellsFile()
+void tst_scenariofile::parse_nothingToPlay_tellsFile()
 {
     QCOMPARE(parseScenarioFile("# later\n\n", QStringLiteral("s.txt")).error,
         QStringLiteral("s.txt: there is nothing to play"));
 }
 
-QTEST_GUILESS_MAIN(TestScenarioFile)
+QTEST_GUILESS_MAIN(tst_scenariofile)
 #include "tst_scenariofile.moc"

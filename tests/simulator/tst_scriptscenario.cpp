@@ -24,7 +24,7 @@ QByteArray played(Script script, int most)
 
 } // namespace
 
-class TestScriptScenario : public QObject
+class tst_scriptscenario : public QObject
 {
     Q_OBJECT
 
@@ -34,13 +34,13 @@ private Q_SLOTS:
     void end_withRepeat_startsAnew();
 };
 
-void TestScriptScenario::steps_withTimes_comeThatOften()
+void tst_scriptscenario::steps_withTimes_comeThatOften()
 {
     QCOMPARE(played({{{Transmission{"a"}, 2}, {Transmission{"b"}, 1}, {Transmission{"c"}, 3}}}, 20),
         QByteArray("aabccc."));
 }
 
-void TestScriptScenario::end_withoutRepeat_isToldAgainAndAgain()
+void tst_scriptscenario::end_withoutRepeat_isToldAgainAndAgain()
 {
     ScriptScenario scenario({{{Silence{5ms}}}});
     QVERIFY(scenario.next() == Step(Silence{5ms}));
@@ -48,11 +48,11 @@ void TestScriptScenario::end_withoutRepeat_isToldAgainAndAgain()
     QVERIFY(!scenario.next());
 }
 
-void TestScriptScenario::end_withRepeat_startsAnew()
+void tst_scriptscenario::end_withRepeat_startsAnew()
 {
     QCOMPARE(
         played({{{Transmission{"a"}, 2}, {Transmission{"b"}, 1}}, true}, 7), QByteArray("aabaaba"));
 }
 
-QTEST_GUILESS_MAIN(TestScriptScenario)
+QTEST_GUILESS_MAIN(tst_scriptscenario)
 #include "tst_scriptscenario.moc"

@@ -74,7 +74,7 @@ QStringList words(const QString &text)
 
 } // namespace
 
-class TestSimulator : public QObject
+class tst_simulator : public QObject
 {
     Q_OBJECT
 
@@ -106,20 +106,20 @@ private:
     QString m_link;
 };
 
-void TestSimulator::initTestCase()
+void tst_simulator::initTestCase()
 {
     QVERIFY(m_folder.isValid());
     m_link = m_folder.filePath(QStringLiteral("port"));
 }
 
-QString TestSimulator::written(const QByteArray &text)
+QString tst_simulator::written(const QByteArray &text)
 {
     const QString path = m_folder.filePath(QStringLiteral("played.txt"));
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? path : QString();
 }
 
-void TestSimulator::help_asked_isPrinted()
+void tst_simulator::help_asked_isPrinted()
 {
     Simulator simulator({QStringLiteral("--help")});
     QTRY_VERIFY(simulator.endedWith(0));
@@ -128,7 +128,7 @@ void TestSimulator::help_asked_isPrinted()
     QVERIFY(simulator.paths.isEmpty());
 }
 
-void TestSimulator::options_bad_endWithTwo_data()
+void tst_simulator::options_bad_endWithTwo_data()
 {
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QString>("complaint");
@@ -145,7 +145,7 @@ void TestSimulator::options_bad_endWithTwo_data()
                           "No such file or directory\n");
 }
 
-void TestSimulator::options_bad_endWithTwo()
+void tst_simulator::options_bad_endWithTwo()
 {
     QFETCH(QString, arguments);
     Simulator simulator(words(arguments));
@@ -154,7 +154,7 @@ void TestSimulator::options_bad_endWithTwo()
     QCOMPARE(simulator.output, QString());
 }
 
-void TestSimulator::scenarioFile_bad_endsWithTwo()
+void tst_simulator::scenarioFile_bad_endsWithTwo()
 {
     const QString path = written("reading 0 1 2\nreading 0 1\n");
     Simulator simulator({QStringLiteral("--scenario"), path});
@@ -162,7 +162,7 @@ void TestSimulator::scenarioFile_bad_endsWithTwo()
     QVERIFY(simulator.complaint().startsWith(QStringLiteral("ork2-simulator: %1:2: ").arg(path)));
 }
 
-void TestSimulator::link_impossible_endsWithOne()
+void tst_simulator::link_impossible_endsWithOne()
 {
     Simulator simulator(words(QStringLiteral("--link /nowhere/port")));
     QTRY_VERIFY(simulator.endedWith(1));
@@ -170,7 +170,7 @@ void TestSimulator::link_impossible_endsWithOne()
         QStringLiteral("ork2-simulator: cannot link /nowhere/port: No such file or directory\n"));
 }
 
-void TestSimulator::bytes_sameSeed_areTheSame_data()
+void tst_simulator::bytes_sameSeed_areTheSame_data()
 {
     QTest::addColumn<QString>("scenario");
     QTest::addColumn<int>("count");
@@ -180,7 +180,7 @@ void TestSimulator::bytes_sameSeed_areTheSame_data()
     QTest::newRow("faults") << QStringLiteral("faults") << 50;
 }
 
-void TestSimulator::bytes_sameSeed_areTheSame()
+void tst_simulator::bytes_sameSeed_areTheSame()
 {
     QFETCH(QString, scenario);
     QFETCH(int, count);
@@ -198,7 +198,7 @@ void TestSimulator::bytes_sameSeed_areTheSame()
     QVERIFY(play(5) != first);
 }
 
-void TestSimulator::scenario_default_isWeather()
+void tst_simulator::scenario_default_isWeather()
 {
     Simulator implied(words(QStringLiteral("--period 0 --count 100")));
     QTRY_VERIFY(implied.endedWith(0));
@@ -207,7 +207,7 @@ void TestSimulator::scenario_default_isWeather()
     QCOMPARE(implied.reader.received, named.reader.received);
 }
 
-void TestSimulator::count_reached_endsWithZero()
+void tst_simulator::count_reached_endsWithZero()
 {
     Simulator simulator(words(QStringLiteral("--period 0 --count 7")));
     QTRY_VERIFY(simulator.endedWith(0));
@@ -216,13 +216,13 @@ void TestSimulator::count_reached_endsWithZero()
     QCOMPARE(simulator.complaint(), QString());
 }
 
-void TestSimulator::count_nobodyReads_endsWithZero()
+void tst_simulator::count_nobodyReads_endsWithZero()
 {
     Simulator simulator(words(QStringLiteral("--period 1 --count 700")), false);
     QTRY_VERIFY(simulator.endedWith(0));
 }
 
-void TestSimulator::scenarioFile_good_isPlayed()
+void tst_simulator::scenarioFile_good_isPlayed()
 {
     const QString path = written("reading 0 850 1500 x2\nbytes 48 0D\nsilence 20\nrepeat\n");
     Simulator simulator({QStringLiteral("--scenario"), path, QStringLiteral("--period"),
@@ -231,7 +231,7 @@ void TestSimulator::scenarioFile_good_isPlayed()
     QCOMPARE(simulator.reader.received, QByteArray("H008501500\rH008501500\rH\rH008501500\r"));
 }
 
-void TestSimulator::replay_dayFile_givesItsReadings()
+void tst_simulator::replay_dayFile_givesItsReadings()
 {
     const QString path = written("Номер прибора: 17\r\n"
                                  "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\t\r\n"
@@ -243,7 +243,7 @@ void TestSimulator::replay_dayFile_givesItsReadings()
     QCOMPARE(simulator.reader.received, QByteArray("H008505000\rH188888888\r"));
 }
 
-void TestSimulator::delivery_bytes_keepsPaceOfLine()
+void tst_simulator::delivery_bytes_keepsPaceOfLine()
 {
     constexpr int kFrames = 40;
     constexpr qint64 kLineTimeMs = 1000LL * kFrames * kFrameSize / 960;
@@ -258,7 +258,7 @@ void TestSimulator::delivery_bytes_keepsPaceOfLine()
     QTRY_VERIFY(simulator.endedWith(0));
 }
 
-void TestSimulator::link_whileRunning_namesTerminal()
+void tst_simulator::link_whileRunning_namesTerminal()
 {
     Simulator simulator({QStringLiteral("--link"), m_link});
     QTRY_COMPARE(simulator.paths.size(), 1);
@@ -267,7 +267,7 @@ void TestSimulator::link_whileRunning_namesTerminal()
     QVERIFY(byLink.open(m_link));
 }
 
-void TestSimulator::unplugging_linked_renewsLinkAndSaysReady()
+void tst_simulator::unplugging_linked_renewsLinkAndSaysReady()
 {
     const QString path = written("reading 0 1 2\nunplug 100\nreading 0 3 4\n");
     Simulator simulator({QStringLiteral("--scenario"), path, QStringLiteral("--period"),
@@ -279,7 +279,7 @@ void TestSimulator::unplugging_linked_renewsLinkAndSaysReady()
     QVERIFY(!QFileInfo(m_link).isSymLink());
 }
 
-void TestSimulator::signal_whileRunning_endsWithZeroAndRemovesLink_data()
+void tst_simulator::signal_whileRunning_endsWithZeroAndRemovesLink_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("arguments");
@@ -291,7 +291,7 @@ void TestSimulator::signal_whileRunning_endsWithZeroAndRemovesLink_data()
         << SIGINT << QStringLiteral("--period 0 --delivery bytes");
 }
 
-void TestSimulator::signal_whileRunning_endsWithZeroAndRemovesLink()
+void tst_simulator::signal_whileRunning_endsWithZeroAndRemovesLink()
 {
     QFETCH(int, number);
     QFETCH(QString, arguments);
@@ -305,5 +305,5 @@ void TestSimulator::signal_whileRunning_endsWithZeroAndRemovesLink()
     QCOMPARE(simulator.complaint(), QString());
 }
 
-QTEST_GUILESS_MAIN(TestSimulator)
+QTEST_GUILESS_MAIN(tst_simulator)
 #include "tst_simulator.moc"

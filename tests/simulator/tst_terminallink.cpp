@@ -8,7 +8,7 @@
 
 using namespace ork2;
 
-class TestTerminalLink : public QObject
+class tst_terminallink : public QObject
 {
     Q_OBJECT
 
@@ -28,19 +28,19 @@ private:
     QString m_path;
 };
 
-void TestTerminalLink::init()
+void tst_terminallink::init()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     QVERIFY(m_folder->isValid());
     m_path = m_folder->filePath(QStringLiteral("порт 1"));
 }
 
-QStringList TestTerminalLink::folderEntries() const
+QStringList tst_terminallink::folderEntries() const
 {
     return QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
 }
 
-void TestTerminalLink::pointTo_freePath_makesLink()
+void tst_terminallink::pointTo_freePath_makesLink()
 {
     TerminalLink link(m_path);
     QVERIFY2(link.pointTo(QStringLiteral("/dev/null")), qPrintable(link.errorString()));
@@ -48,7 +48,7 @@ void TestTerminalLink::pointTo_freePath_makesLink()
     QCOMPARE(folderEntries().size(), 1);
 }
 
-void TestTerminalLink::pointTo_existingLink_replacesIt()
+void tst_terminallink::pointTo_existingLink_replacesIt()
 {
     QVERIFY(QFile::link(QStringLiteral("/dev/gone"), m_path));
     TerminalLink link(m_path);
@@ -59,7 +59,7 @@ void TestTerminalLink::pointTo_existingLink_replacesIt()
     QCOMPARE(folderEntries().size(), 1);
 }
 
-void TestTerminalLink::pointTo_existingFile_isRefused()
+void tst_terminallink::pointTo_existingFile_isRefused()
 {
     QFile file(m_path);
     QVERIFY(file.open(QIODevice::WriteOnly));
@@ -74,7 +74,7 @@ void TestTerminalLink::pointTo_existingFile_isRefused()
     QVERIFY(!QFileInfo(m_path).isSymLink());
 }
 
-void TestTerminalLink::pointTo_missingFolder_tellsReason()
+void tst_terminallink::pointTo_missingFolder_tellsReason()
 {
     const QString path = m_folder->filePath(QStringLiteral("none/link"));
     TerminalLink link(path);
@@ -83,7 +83,7 @@ void TestTerminalLink::pointTo_missingFolder_tellsReason()
         link.errorString(), QStringLiteral("cannot link %1: No such file or directory").arg(path));
 }
 
-void TestTerminalLink::destruction_ownLink_removesIt()
+void tst_terminallink::destruction_ownLink_removesIt()
 {
     {
         TerminalLink link(m_path);
@@ -92,7 +92,7 @@ void TestTerminalLink::destruction_ownLink_removesIt()
     QCOMPARE(folderEntries(), QStringList());
 }
 
-void TestTerminalLink::destruction_foreignLink_leavesIt()
+void tst_terminallink::destruction_foreignLink_leavesIt()
 {
     {
         TerminalLink link(m_path);
@@ -103,5 +103,5 @@ void TestTerminalLink::destruction_foreignLink_leavesIt()
     QCOMPARE(QFile::symLinkTarget(m_path), QStringLiteral("/dev/zero"));
 }
 
-QTEST_GUILESS_MAIN(TestTerminalLink)
+QTEST_GUILESS_MAIN(tst_terminallink)
 #include "tst_terminallink.moc"

@@ -31,7 +31,7 @@ bool isClear(const Reading &reading)
 
 } // namespace
 
-class TestWeatherScenario : public QObject
+class tst_weatherscenario : public QObject
 {
     Q_OBJECT
 
@@ -46,17 +46,17 @@ private Q_SLOTS:
     void channel_overHours_changesNowAndThen();
 };
 
-void TestWeatherScenario::steps_sameSeed_areTheSame()
+void tst_weatherscenario::steps_sameSeed_areTheSame()
 {
     QVERIFY(readings(3) == readings(3));
 }
 
-void TestWeatherScenario::steps_otherSeed_differ()
+void tst_weatherscenario::steps_otherSeed_differ()
 {
     QVERIFY(readings(3) != readings(4));
 }
 
-void TestWeatherScenario::steps_always_areReadings()
+void tst_weatherscenario::steps_always_areReadings()
 {
     WeatherScenario scenario(1);
     WeatherScenario twin(1);
@@ -67,7 +67,7 @@ void TestWeatherScenario::steps_always_areReadings()
     }
 }
 
-void TestWeatherScenario::heights_ofClouds_stayPlausible()
+void tst_weatherscenario::heights_ofClouds_stayPlausible()
 {
     for (const Reading &reading : readings(1)) {
         if (isClear(reading)) {
@@ -81,7 +81,7 @@ void TestWeatherScenario::heights_ofClouds_stayPlausible()
     }
 }
 
-void TestWeatherScenario::base_fromReadingToReading_driftsSlowly()
+void tst_weatherscenario::base_fromReadingToReading_driftsSlowly()
 {
     int lowest = kHighestHeight;
     int highest = 0;
@@ -97,7 +97,7 @@ void TestWeatherScenario::base_fromReadingToReading_driftsSlowly()
     QVERIFY(highest - lowest > 1000);
 }
 
-void TestWeatherScenario::sky_overHours_clearsInBothWays()
+void tst_weatherscenario::sky_overHours_clearsInBothWays()
 {
     int clouds = 0;
     int sentAsZero = 0;
@@ -112,7 +112,7 @@ void TestWeatherScenario::sky_overHours_clearsInBothWays()
     QVERIFY(clouds > 2 * (sentAsZero + sentAsLimit));
 }
 
-void TestWeatherScenario::secondLayer_overHours_comesAndGoes()
+void tst_weatherscenario::secondLayer_overHours_comesAndGoes()
 {
     int changes = 0;
     bool present = true;
@@ -126,7 +126,7 @@ void TestWeatherScenario::secondLayer_overHours_comesAndGoes()
     QVERIFY2(changes > 20 && changes < 500, qPrintable(QString::number(changes)));
 }
 
-void TestWeatherScenario::channel_overHours_changesNowAndThen()
+void tst_weatherscenario::channel_overHours_changesNowAndThen()
 {
     int changes = 0;
     int onReserve = 0;
@@ -141,5 +141,5 @@ void TestWeatherScenario::channel_overHours_changesNowAndThen()
     QVERIFY(onReserve < kReadings / 3);
 }
 
-QTEST_GUILESS_MAIN(TestWeatherScenario)
+QTEST_GUILESS_MAIN(tst_weatherscenario)
 #include "tst_weatherscenario.moc"

@@ -25,7 +25,10 @@ public:
     [[nodiscard]] QTimer *plotTimer() const { return m_backEnd.m_plotTimer; }
     [[nodiscard]] double firstValue() const { return m_backEnd.m_fLayerValue; }
     [[nodiscard]] double secondValue() const { return m_backEnd.m_sLayerValue; }
-    [[nodiscard]] int channel() const { return m_backEnd.m_chanelState == ork2::Channel::Main ? 0 : 1; }
+    [[nodiscard]] int channel() const
+    {
+        return m_backEnd.m_chanelState == ork2::Channel::Main ? 0 : 1;
+    }
     [[nodiscard]] bool cloudError() const { return m_backEnd.m_cloudError; }
     [[nodiscard]] bool measuring() const { return m_backEnd.m_measuring; }
     [[nodiscard]] bool workerRunning() const { return m_backEnd.m_workerRunning; }
