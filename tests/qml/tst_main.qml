@@ -410,7 +410,9 @@ Item {
             const steps = Array.from(part("blink").animations);
             compare(steps.map(step => step.duration), [300, 300]);
             compare(steps.map(step => [step.from, step.to]), [[1, 0], [0, 1]]);
+            compare(steps.map(step => step.easing.type), [Easing.InOutQuad, Easing.InOutQuad]);
             compare(part("fadeOut").duration, 3000);
+            compare(part("fadeOut").easing.type, Easing.OutQuad);
         }
 
         function test_banner(row) {
