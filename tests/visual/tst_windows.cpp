@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every window as a picture beside its reference picture. With ORK2_SCREENSHOTS set to a folder, the
-// pictures are written there instead (tools/screenshots does that). What a picture shows at 125 per
-// cent too has functions of its own, which CTest runs at that scale once more.
+// Every window as a picture beside its reference picture. With ORK2_SCREENSHOTS set to a folder,
+// the pictures are written there instead (tools/screenshots does that). What a picture shows at 125
+// per cent too has functions of its own, which CTest runs at that scale once more.
 #include "terminal.h"
 
 #include "logcapture.h"
@@ -20,9 +20,11 @@
 #include <QScatterSeries>
 #include <QStyleHints>
 #include <QTest>
+#include <QTimeZone>
 
 #include <algorithm>
 #include <memory>
+#include <numeric>
 
 namespace {
 
@@ -130,8 +132,8 @@ double meanDifference(const QImage &one, const QImage &other)
         for (int x = 0; x < one.width(); ++x) {
             const QColor p = one.pixelColor(x, y);
             const QColor q = other.pixelColor(x, y);
-            sum += qAbs(p.red() - q.red()) + qAbs(p.green() - q.green())
-                + qAbs(p.blue() - q.blue());
+            sum +=
+                qAbs(p.red() - q.red()) + qAbs(p.green() - q.green()) + qAbs(p.blue() - q.blue());
         }
     }
     return sum / 3 / one.width() / one.height();
@@ -215,7 +217,7 @@ QQuickWindow *tst_windows::window(const QString &name) const
 
 void tst_windows::showHour(int hour)
 {
-    const QDateTime time(QDate(2026, 11, 21), QTime(hour, 8, 36), Qt::UTC);
+    const QDateTime time(QDate(2026, 11, 21), QTime(hour, 8, 36), QTimeZone::utc());
     window(QStringLiteral("controlPanel"))->setProperty("givenTime", time);
 }
 
@@ -355,21 +357,24 @@ void tst_windows::button_hasFourEqualBorders()
     const QPointF aside(place.width() / 4, place.height() / 4); // away from the label
     const QPointF middle = place.center() - aside;
     const double half = shown->devicePixelRatio() / 2; // of a border
-    const QList<double> inks{
-        inkAcross(picture, {place.left() + half, middle.y()}, {1, 0}),
+    const QList<double> inks{inkAcross(picture, {place.left() + half, middle.y()}, {1, 0}),
         inkAcross(picture, {place.right() - half, middle.y()}, {1, 0}),
         inkAcross(picture, {middle.x(), place.top() + half}, {0, 1}),
         inkAcross(picture, {middle.x(), place.bottom() - half}, {0, 1})};
-    const double expected = shown->devicePixelRatio() * (item->isEnabled() ? 1 : 0.3);
+    const QByteArray found = QStringLiteral("left, right, top, bottom: %1, %2, %3, %4")
+                                 .arg(inks[0])
+                                 .arg(inks[1])
+                                 .arg(inks[2])
+                                 .arg(inks[3])
+                                 .toUtf8();
+    const double mean =
+        std::accumulate(inks.begin(), inks.end(), 0.0) / static_cast<double>(inks.size());
     for (const double ink : inks) {
-        QVERIFY2(qAbs(ink - expected) < 0.3 * expected,
-            qPrintable(QStringLiteral("left, right, top, bottom: %1, %2, %3, %4 instead of %5")
-                           .arg(inks[0])
-                           .arg(inks[1])
-                           .arg(inks[2])
-                           .arg(inks[3])
-                           .arg(expected)));
+        QVERIFY2(qAbs(ink - mean) < 0.2 * mean, found);
     }
+    // From 6.8 on, Qt draws a border of whole pixels.
+    const double expected = shown->devicePixelRatio() * (item->isEnabled() ? 1 : 0.3);
+    QVERIFY2(mean > 0.7 * expected && mean < 1.5 * expected, found);
     shown->setVisible(name.isEmpty());
 }
 
@@ -424,8 +429,9 @@ void tst_windows::logo_isScaledSmoothly()
     QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
     const QRect place = inPicture(*shown->findChild<QQuickItem *>(QStringLiteral("logo"))).toRect();
     const QImage picture = restingPicture(*shown).copy(place);
-    const QImage smooth = QImage(QStringLiteral(":/img/logoKAS.png"))
-                              .scaled(place.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const QImage smooth =
+        QImage(QStringLiteral(":/img/logoKAS.png"))
+            .scaled(place.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     const double difference = meanDifference(picture, smooth);
     QVERIFY2(difference < kTolerated, QByteArray::number(difference));
     shown->setVisible(false);
