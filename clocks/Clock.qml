@@ -175,6 +175,8 @@ Item {
             source: "center.png"
         }
 
+        // The folder that it comes from exists among the resources only.
+        // qmllint disable
         SoftShadow {
             anchors.fill: cityLabel
             blurMax: 10
@@ -185,6 +187,7 @@ Item {
             source: cityLabel
             strength: 2
         }
+        // qmllint enable
 
         Text {
             id: cityLabel
