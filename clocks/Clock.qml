@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtQuick.Effects
+import "qrc:/"
 
 Item {
     id: clock
@@ -98,24 +99,25 @@ Item {
         height: 240
         width: 200
 
-        // Drawn once into a texture, so that the moving hands do not blur the face anew.
+        // Drawn once into a texture, so that the moving hands do not blur the face anew. In the control
+        // panel it begins at a multiple of 4, which is a whole pixel at scales of 1.25, 1.5 and 1.75 too.
         Item {
-            height: 328
+            height: 332
             layer.enabled: true
             layer.smooth: true
             objectName: "day"
             visible: !clock.night
-            width: 328
-            x: -64
-            y: -64
+            width: 332
+            x: -66
+            y: -66
 
             Image {
                 id: dayFace
 
                 objectName: "dayFace"
                 source: "clock.png"
-                x: 64
-                y: 64
+                x: 66
+                y: 66
             }
 
             MultiEffect {
@@ -125,7 +127,6 @@ Item {
                 blurMax: 64
                 brightness: 0.4
                 objectName: "dayGlow"
-                opacity: 0.5 // in full strength it would wash the numerals out
                 saturation: 0.2
                 source: dayFace
             }
@@ -174,17 +175,28 @@ Item {
             source: "center.png"
         }
 
+        // The folder that it comes from exists among the resources only.
+        // qmllint disable
+        SoftShadow {
+            anchors.fill: cityLabel
+            blurMax: 10
+            objectName: "cityShadow"
+            shadowColor: "black"
+            shadowHorizontalOffset: 0
+            shadowVerticalOffset: 0
+            source: cityLabel
+            strength: 2
+        }
+        // qmllint enable
+
         Text {
+            id: cityLabel
+
             anchors.horizontalCenter: parent.horizontalCenter
             color: "#fdfdfd"
             font.bold: false
             font.family: fontPalatino.font.family
             font.pixelSize: 26
-            layer.effect: MultiEffect {
-                shadowBlur: 0.8
-                shadowEnabled: true
-            }
-            layer.enabled: true
             objectName: "cityLabel"
             style: Text.Raised
             styleColor: "black"

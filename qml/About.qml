@@ -82,6 +82,8 @@ Window {
             height: 150
             objectName: "logo"
             source: "img/logoKAS.png"
+            // Scaled down when it is loaded: drawn from all its 640 x 640 pixels, its edges are jagged.
+            sourceSize: Qt.size(width * Screen.devicePixelRatio, height * Screen.devicePixelRatio)
             width: 150
             x: 40
             y: 20

@@ -21,10 +21,15 @@ Window {
         anchors.topMargin: 25
         font.pointSize: 11
         height: 100
-        layer.effect: SoftShadow {
-        }
-        layer.enabled: true
         width: 150
+    }
+
+    component PanelButtonShadow: SoftShadow {
+        required property MyButton button
+
+        anchors.fill: button
+        opacity: button.background.opacity
+        source: button.background
     }
 
     component Lamp: Rectangle {
@@ -40,7 +45,7 @@ Window {
     }
 
     // Once a lamp has been lit, its effect keeps blur and brightness: only the colour goes out again.
-    component LampEffect: SoftShadow {
+    component LampEffect: MultiEffect {
         id: effect
 
         property bool lit: false
@@ -75,6 +80,11 @@ Window {
         blurMax: 30
         brightness: 0
         saturation: 0.2
+        shadowBlur: 0.8
+        shadowColor: "#eeeeee"
+        shadowEnabled: true
+        shadowHorizontalOffset: 1
+        shadowVerticalOffset: 1
     }
 
     color: "#efefef"
@@ -125,6 +135,10 @@ Window {
 
                 lowerColor: "#e82222"
 
+                PanelButtonShadow {
+                    button: serverButton
+                }
+
                 PanelButton {
                     id: serverButton
 
@@ -136,6 +150,10 @@ Window {
                     onClicked: controlPanel.connectionButton()
                 }
 
+                PanelButtonShadow {
+                    button: portButton
+                }
+
                 PanelButton {
                     id: portButton
 
@@ -144,6 +162,10 @@ Window {
                     enabled: false
                     objectName: "portButton"
                     text: "Настройки\n подключения\n к серверу"
+                }
+
+                PanelButtonShadow {
+                    button: dataButton
                 }
 
                 PanelButton {
@@ -205,7 +227,20 @@ Window {
                     source: orkDataLED
                 }
 
+                SoftShadow {
+                    anchors.fill: calendar
+                    blurMax: 10
+                    objectName: "calendarShadow"
+                    shadowColor: "black"
+                    shadowHorizontalOffset: 0
+                    shadowVerticalOffset: 0
+                    source: calendar
+                    strength: 2
+                }
+
                 Text {
+                    id: calendar
+
                     Accessible.name: text
                     Accessible.role: Accessible.StaticText
                     anchors.bottom: parent.bottom
@@ -216,11 +251,6 @@ Window {
                     font.capitalization: Font.Capitalize
                     font.family: fontPalatino.font.family
                     font.pixelSize: 30
-                    layer.effect: MultiEffect {
-                        shadowBlur: 0.8
-                        shadowEnabled: true
-                    }
-                    layer.enabled: true
                     objectName: "calendar"
                     style: Text.Raised
                     styleColor: "black"

@@ -13,8 +13,7 @@ MyButton {
     width: 95
     z: 1
 
-    // Beside the button, not as its layer: at fractional scales a layer of this size cuts the border.
-    // Of the background alone, since the label would be drawn twice and look smudged.
+    // Of the background alone: a shadow of the label would smudge it.
     SoftShadow {
         anchors.fill: button
         parent: button.parent

@@ -46,22 +46,18 @@ Item {
         source: "qrc:/settings/Fonts/GOST/GOST_B.TTF"
     }
 
+    SoftShadow {
+        anchors.fill: box
+        shadowBlur: 0.3
+        source: box
+    }
+
     Rectangle {
         id: box
 
         anchors.fill: parent
         color: lcd.itemColor
         radius: 5
-    }
-
-    MultiEffect {
-        anchors.fill: box
-        shadowBlur: 0.3
-        shadowColor: "#eeeeee"
-        shadowEnabled: true
-        shadowHorizontalOffset: 1
-        shadowVerticalOffset: 1
-        source: box
     }
 
     Text {
@@ -85,6 +81,7 @@ Item {
         text: lcd.lcdText
     }
 
+    // Over the value: drawn only once, its digits would have coloured edges.
     MultiEffect {
         id: valueShadow
 

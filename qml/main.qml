@@ -653,6 +653,23 @@ ApplicationWindow {
                     id: chartView
 
                     readonly property int lowestMargin: 40
+                    readonly property real pixelRatio: Screen.devicePixelRatio
+
+                    // The five lines of the grid are equally thick where whole pixels lie between them.
+                    function fitGrid() {
+                        const highest = Math.round(plotArea.height) + margins.bottom - lowestMargin;
+                        margins.bottom = lowestMargin + highest % gridStep();
+                    }
+
+                    function gridStep() {
+                        for (let quarter = 1; quarter <= 10; ++quarter) {
+                            const pixels = quarter * pixelRatio;
+                            if (Math.abs(pixels - Math.round(pixels)) < 0.001) {
+                                return 4 * quarter;
+                            }
+                        }
+                        return 4;
+                    }
 
                     objectName: "chartView"
                     anchors.fill: parent
@@ -667,11 +684,8 @@ ApplicationWindow {
                     margins.bottom: lowestMargin
                     margins.right: 26
 
-                    // A height that is a multiple of 4 puts every line of the grid on a whole pixel.
-                    onPlotAreaChanged: plotArea => {
-                        const highest = plotArea.height + margins.bottom - lowestMargin;
-                        margins.bottom = lowestMargin + Math.round(highest) % 4;
-                    }
+                    onPixelRatioChanged: fitGrid()
+                    onPlotAreaChanged: fitGrid()
 
                     CategoryAxis {
                         id: barCategoriesAxis

@@ -77,6 +77,8 @@ Item {
             compare(place(part("logo")), Qt.rect(40, 20, 150, 150));
             compare(part("logo").fillMode, Image.Stretch);
             compare(part("logo").status, Image.Ready);
+            const ratio = panel.Screen.devicePixelRatio;
+            compare(part("logo").sourceSize, Qt.size(150 * ratio, 150 * ratio));
             compare(place(part("exitButton")), Qt.rect(464 - 12 - 95, 304 - 8 - 21, 95, 21));
             const title = place(part("title"));
             compare(title.y, 65);

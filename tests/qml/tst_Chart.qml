@@ -580,6 +580,19 @@ Item {
             verify(blueness(12) < 0.01);
         }
 
+        // Left of the chart, where its own shadow does not fall.
+        function test_backgroundChart_glows() {
+            tryCompare(part("titleText"), "opacity", 1, 30000);
+            const corner = chartView.mapToItem(window.contentItem, 0, 0);
+            const gray = distance => Math.round(255 * grab().pixel(Math.round(corner.x) + 8 - distance,
+                                                                   Math.round(corner.y + chartView.height / 2)).r);
+            const panel = 0xee;
+            tryVerify(() => gray(1) < panel - 10);
+            verify(gray(1) >= 0xcc - 2, gray(1));
+            verify(gray(4) > gray(1) && gray(4) < panel, gray(4));
+            compare(gray(20), panel);
+        }
+
         name: "Chart"
         when: windowShown
     }

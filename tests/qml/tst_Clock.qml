@@ -3,7 +3,7 @@ import QtQuick
 import QtTest
 import "qrc:/clocks"
 
-Item {
+Rectangle {
     id: root
 
     height: 260
@@ -84,6 +84,7 @@ Item {
 
         function init() {
             testLog.clear();
+            root.color = "white";
             fakePanel.calendarText = "";
             time = new Date("2026-11-21T10:20:30Z");
             clock = createTemporaryObject(clockComponent, root, {
@@ -184,7 +185,61 @@ Item {
             compare(glow.blurEnabled, true);
             compare(glow.blurMax, 64);
             compare(glow.blur, 1);
-            compare(glow.opacity, 0.5);
+            compare(glow.opacity, 1);
+        }
+
+        function gray(picture, x, y) {
+            return (picture.red(x, y) + picture.green(x, y) + picture.blue(x, y)) / 3;
+        }
+
+        function darkestIn(picture, area) {
+            let darkest = 255;
+            for (let y = area.y; y < area.y + area.height; y++) {
+                for (let x = area.x; x < area.x + area.width; x++)
+                    darkest = Math.min(darkest, gray(picture, x, y));
+            }
+            return darkest;
+        }
+
+        function test_dayFace_betweenNumerals_isTransparent() {
+            leave(["dayFace"]);
+            root.color = "#40c080";
+            const picture = grabImage(root);
+            for (const place of [Qt.point(100, 60), Qt.point(60, 100), Qt.point(100, 130), Qt.point(120, 100)])
+                verify(Qt.colorEqual(picture.pixel(place.x, place.y), root.color), place);
+            verify(gray(picture, 100, 3) > 110, "no rim");
+        }
+
+        // The glow lies over the face in full strength.
+        function test_day_underItsGlow_isEasyToRead() {
+            leave(["dayFace", "dayGlow"]);
+            root.color = "#eeeeee";
+            const picture = grabImage(root);
+            for (const numeral of [Qt.rect(85, 25, 30, 20), Qt.rect(158, 92, 16, 16), Qt.rect(92, 158, 16, 16)])
+                verify(darkestIn(picture, numeral) < 70, numeral);
+            verify(gray(picture, 100, 60) > 225);
+            verify(picture.blue(206, 100) > 0xee + 2, "no glow outside the rim");
+        }
+
+        function test_cityLabel_standsOutByItsShadow() {
+            const shadow = findChild(clock, "cityShadow");
+            compare(shadow.source, findChild(clock, "cityLabel"));
+            compare(shadow.shadowBlur, 0.8);
+            verify(Qt.colorEqual(shadow.shadowColor, "black"));
+            leave(["cityLabel"]);
+            root.color = "#eeeeee";
+            const label = findChild(clock, "cityLabel");
+            const picture = grabImage(root);
+            // At least a quarter of what lies within the letters' height is much darker than the panel.
+            let dark = 0;
+            let all = 0;
+            for (let y = Math.ceil(label.y + 8); y < label.y + label.height - 8; y++) {
+                for (let x = Math.ceil(label.x); x < label.x + label.width; x++) {
+                    all++;
+                    dark += gray(picture, x, y) < 160 ? 1 : 0;
+                }
+            }
+            verify(dark > all / 4, dark + " of " + all);
         }
 
         function test_time_inZones_data() {

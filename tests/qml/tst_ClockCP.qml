@@ -350,17 +350,18 @@ Item {
 
         function test_buttons_castShadows(row) {
             const button = part(row.tag);
-            compare(button.layer.enabled, true);
-            // The toolkit puts a layer's effect beside its item.
-            const effect = Array.from(button.parent.children).find(
-                child => child.shadowEnabled !== undefined && child.source && child.source.sourceItem === button);
-            verify(effect);
-            compare(effect.visible, true);
-            compare(effect.shadowEnabled, true);
-            compare(effect.shadowBlur, 0.8);
-            verify(Qt.colorEqual(effect.shadowColor, "#eeeeee"));
-            compare(effect.shadowHorizontalOffset, 1);
-            compare(effect.shadowVerticalOffset, 1);
+            const siblings = Array.from(button.parent.children);
+            const shadow = siblings.find(child => child.source === button.background);
+            verify(shadow);
+            verify(siblings.indexOf(shadow) < siblings.indexOf(button));
+            compare(Qt.rect(shadow.x, shadow.y, shadow.width, shadow.height),
+                    Qt.rect(button.x, button.y, button.width, button.height));
+            compare(shadow.visible, true);
+            fuzzyCompare(shadow.opacity, button.enabled ? 1 : 0.3, 0.001);
+            compare(shadow.shadowBlur, 0.8);
+            verify(Qt.colorEqual(shadow.shadowColor, "#eeeeee"));
+            compare(shadow.shadowHorizontalOffset, 1);
+            compare(shadow.shadowVerticalOffset, 1);
         }
 
         function test_escape_closesWithoutExit() {

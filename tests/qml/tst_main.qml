@@ -301,6 +301,34 @@ Item {
             verify(Date.now() - half > 3000);
         }
 
+        // Below the text, and without the text itself: drawn twice, letters are fat.
+        function test_title_castsShadow() {
+            const shadow = part("titleShadow");
+            compare(shadow.source, part("titleText"));
+            compare(shadow.shadowBlur, 0.1);
+            verify(Qt.colorEqual(shadow.shadowColor, "#eeeeee"));
+            compare(shadow.shadowHorizontalOffset, 1);
+            compare(shadow.shadowVerticalOffset, 1);
+            const siblings = Array.from(shadow.parent.children);
+            verify(siblings.indexOf(shadow) < siblings.indexOf(part("titleText")));
+
+            tryCompare(part("titleText"), "opacity", 1, 30000);
+            part("titleText").visible = false;
+            const picture = grabImage(window.contentItem);
+            part("titleText").visible = true;
+            const strip = position(part("titleStrip"));
+            let darkest = 255;
+            let shaded = 0;
+            for (let y = strip.y + 8; y < strip.y + strip.height - 8; y++) {
+                for (let x = strip.x + 8; x < strip.x + strip.width - 8; x++) {
+                    darkest = Math.min(darkest, picture.red(x, y));
+                    shaded += picture.red(x, y) < 220 ? 1 : 0;
+                }
+            }
+            verify(shaded > 500, shaded);
+            verify(darkest > 150, darkest);
+        }
+
         function test_heights_codesReplaced_data() {
             return [
                 {tag: "height", text: "1234", shown: "1234"},
@@ -382,7 +410,9 @@ Item {
             const steps = Array.from(part("blink").animations);
             compare(steps.map(step => step.duration), [300, 300]);
             compare(steps.map(step => [step.from, step.to]), [[1, 0], [0, 1]]);
+            compare(steps.map(step => step.easing.type), [Easing.InOutQuad, Easing.InOutQuad]);
             compare(part("fadeOut").duration, 3000);
+            compare(part("fadeOut").easing.type, Easing.OutQuad);
         }
 
         function test_banner(row) {
