@@ -25,6 +25,7 @@ Window {
 
     color: "#efefef"
     height: 420
+    flags: Qt.Dialog
     modality: Qt.WindowModal
     title: "Параметры"
     width: 480

@@ -22,6 +22,9 @@ ApplicationWindow {
     property bool test: false
     property bool lnYaxis: false
     property int i: 0
+    // These can lie behind the main window, and its modal windows do not block them: declared as its
+    // children they would get it as transient parent.
+    property list<Window> independentWindows
 
     // Nothing emits it.
     signal exitApp
@@ -38,9 +41,21 @@ ApplicationWindow {
     }
 
     function open(panel) {
+        // true rather than show(): Qt 6.4 takes show() back right after the main window has appeared.
         panel.visible = true;
+        if (panel.visibility === Window.Minimized) {
+            panel.showNormal();
+        }
         panel.raise();
         panel.requestActivate();
+    }
+
+    // A modal window blocks the one that it was opened from and stays above it.
+    function openAbove(panel, opener) {
+        if (!panel.visible) {
+            panel.transientParent = opener.visible ? opener : window;
+        }
+        open(panel);
     }
 
     function windowStart() {
@@ -114,6 +129,28 @@ ApplicationWindow {
     visible: true
     width: 900
 
+    independentWindows: [
+        About {
+            id: aboutWindow
+
+            objectName: "aboutWindow"
+            title: "О нас..."
+            transientParent: null
+            onExitAbout: close()
+        },
+
+        ClockCP {
+            id: controlPanel
+
+            objectName: "controlPanel"
+            title: "Панель управления"
+            transientParent: null
+            onConnectionButton: window.openAbove(sWindow, controlPanel)
+            onExitCP: close()
+            onOpenDataFolderButton: mainBackEnd.on_action_openDataFolder_triggered()
+        }
+    ]
+
     footer: Text {
         Accessible.ignored: true
         height: 24
@@ -148,9 +185,9 @@ ApplicationWindow {
         width: window.contentItem.width
         onButtonAbout: window.open(aboutWindow)
         onButtonExit: window.close()
-        onButtonNumber: window.open(numberWindow)
+        onButtonNumber: window.openAbove(numberWindow, window)
         onButtonOpenFolder: mainBackEnd.on_action_openDataFolder_triggered()
-        onButtonSettings: window.open(sWindow)
+        onButtonSettings: window.openAbove(sWindow, window)
     }
 
     Component.onCompleted: {
@@ -352,24 +389,6 @@ ApplicationWindow {
             mainBackEnd.saveUnitYearNumber(uNumber, uYear);
             close();
         }
-    }
-
-    About {
-        id: aboutWindow
-
-        objectName: "aboutWindow"
-        title: "О нас..."
-        onExitAbout: close()
-    }
-
-    ClockCP {
-        id: controlPanel
-
-        objectName: "controlPanel"
-        title: "Панель управления"
-        onConnectionButton: window.open(sWindow)
-        onExitCP: close()
-        onOpenDataFolderButton: mainBackEnd.on_action_openDataFolder_triggered()
     }
 
     SqlSettings {

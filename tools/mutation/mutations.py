@@ -162,4 +162,18 @@ MUTATIONS = [
     ("a lamp put out loses its blur", "qml/ClockCP.qml",
      "            if (on) {\n                shadowEnabled = true;\n                blurEnabled = true;",
      "            {\n                shadowEnabled = true;\n                blurEnabled = on;", "qml_ClockCP"),
+    # The windows
+    ("a minimised window stays minimised", "qml/main.qml",
+     "panel.visibility === Window.Minimized", "false", "tst_stacking"),
+    ("a window opened at once is hidden again", "qml/main.qml",
+     "        panel.visible = true;\n", "        panel.show();\n", "tst_stacking"),
+    ("the settings lie below their owner", "qml/Settings.qml",
+     "    flags: Qt.Dialog\n", "", "tst_stacking"),
+    ("the number window lies below its owner", "qml/Number.qml",
+     "    flags: Qt.Dialog\n", "", "tst_stacking"),
+    ("a modal window belongs to the main window only", "qml/main.qml",
+     "opener.visible ? opener : window", "window", "tst_stacking"),
+    ("the control panel is blocked with its owner", "qml/main.qml",
+     "title: \"Панель управления\"\n            transientParent: null",
+     "title: \"Панель управления\"\n            transientParent: window", "tst_stacking"),
 ]
