@@ -72,6 +72,7 @@ Item {
         font.family: fontDigital.font.family
         font.pixelSize: 50
         text: lcd.lcdData
+        textFormat: Text.PlainText
     }
 
     Text {
@@ -83,6 +84,7 @@ Item {
         color: "black"
         font.pixelSize: 18
         text: lcd.lcdText
+        textFormat: Text.PlainText
     }
 
     MultiEffect {
