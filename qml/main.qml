@@ -217,9 +217,14 @@ ApplicationWindow {
     }
 
     component PlateBox: Rectangle {
+        id: plateBox
+
         property alias fontFamily: plateText.font.family
+        required property string name
         property alias text: plateText.text
 
+        Accessible.name: name + ": " + text
+        Accessible.role: Accessible.StaticText
         border.color: "black"
         border.width: 1
         clip: true
@@ -231,9 +236,26 @@ ApplicationWindow {
         Text {
             id: plateText
 
+            readonly property int room: plateBox.width - 4
+
             anchors.centerIn: parent
+            elide: Text.ElideRight
             font.pointSize: 12
+            objectName: "plateText"
             textFormat: Text.PlainText
+            width: Math.min(implicitWidth, room)
+        }
+
+        HoverHandler {
+            id: plateHover
+        }
+
+        FullText {
+            font.family: plateBox.fontFamily
+            font.pointSize: 12
+            hovered: plateHover.hovered
+            shortened: plateText.truncated
+            text: plateBox.text
         }
     }
 
@@ -593,7 +615,7 @@ ApplicationWindow {
                 property bool lit: false
 
                 objectName: "chanelID"
-                Accessible.description: lit ? "Горит" : "Не горит"
+                Accessible.description: lit ? "горит" : "не горит"
                 Accessible.name: "Резервный канал"
                 Accessible.role: Accessible.Indicator
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -1107,6 +1129,7 @@ ApplicationWindow {
                 PlateBox {
                     objectName: "numberBox"
                     fontFamily: fontPalantino.font.family
+                    name: "Номер прибора"
                     text: window.unitNum
                     x: 14
                 }
@@ -1114,6 +1137,7 @@ ApplicationWindow {
                 PlateBox {
                     objectName: "yearBox"
                     fontFamily: fontPalantino.font.family
+                    name: "Год выпуска"
                     text: window.unitYr
                     x: 112
                 }
