@@ -425,14 +425,19 @@ ApplicationWindow {
         id: trayIcon
 
         objectName: "trayIcon"
-        icon.source: "qrc:/img/logoKAS.png"
         tooltip: window.title
-        visible: true
+        visible: false
         menu: Platform.Menu {
             Platform.MenuItem {
                 text: "Выход"
                 onTriggered: Qt.quit()
             }
+        }
+        // Given earlier, the picture would be set after the icon is shown, and Qt would warn. It is
+        // there at once, since the About window has loaded it.
+        Component.onCompleted: {
+            icon.source = "qrc:/img/logoKAS.png";
+            visible = true;
         }
         onActivated: {
             window.show();

@@ -207,4 +207,7 @@ MUTATIONS = [
      "Math.min(implicitWidth, room)", "implicitWidth", "qml_main"),
     ("the tray does not activate the window", "qml/main.qml",
      "            window.raise();\n            window.requestActivate();\n", "", "qml_main"),
+    ("the tray icon is shown before it has a picture", "qml/main.qml",
+     "            icon.source = \"qrc:/img/logoKAS.png\";\n            visible = true;\n",
+     "            visible = true;\n            icon.source = \"qrc:/img/logoKAS.png\";\n", "qml_main"),
 ]
