@@ -68,6 +68,7 @@ Item {
         font.family: fontDigital.font.family
         font.pixelSize: 50
         text: lcd.lcdData
+        textFormat: Text.PlainText
     }
 
     Text {
@@ -79,6 +80,7 @@ Item {
         color: "black"
         font.pixelSize: 18
         text: lcd.lcdText
+        textFormat: Text.PlainText
     }
 
     // Over the value: drawn only once, its digits would have coloured edges.

@@ -69,6 +69,7 @@ Window {
 
     color: "#efefef"
     height: 320
+    flags: Qt.Dialog
     modality: Qt.WindowModal
     title: "Номер прибора"
     width: 480

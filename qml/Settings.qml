@@ -25,6 +25,7 @@ Window {
 
     color: "#efefef"
     height: 420
+    flags: Qt.Dialog
     modality: Qt.WindowModal
     title: "Параметры"
     width: 480
@@ -49,6 +50,12 @@ Window {
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }
 
+    FontMetrics {
+        id: fontMetrics
+
+        font: fileText.font
+    }
+
     ListModel {
         id: portModel
     }
@@ -64,18 +71,47 @@ Window {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.top: parent.top
             anchors.topMargin: 10
-            height: fileText.height
-            width: Math.ceil(fileText.width)
+            height: wholeText.height
+            objectName: "fileBox"
+            width: Math.ceil(wholeText.width)
+
+            // Gives the box its size, which may be wider than the panel.
+            Text {
+                id: wholeText
+
+                font: fileText.font
+                text: qsTr(settings.dataFile)
+                textFormat: Text.PlainText
+                visible: false
+            }
 
             Text {
                 id: fileText
 
-                Accessible.name: "Файл настроек: " + text
+                readonly property int edge: 6
+                readonly property int room: fileBox.parent.width - 2 * edge
+
+                Accessible.name: "Файл настроек: " + wholeText.text
                 Accessible.role: Accessible.StaticText
                 font.family: fontPalatino.font.family
                 font.pointSize: 14
                 objectName: "fileText"
-                text: qsTr(settings.dataFile)
+                // Line by line, since Qt shortens only the last line of a text.
+                text: fileBox.width <= room ? wholeText.text : wholeText.text.split("\n").map(
+                          line => fontMetrics.elidedText(line, Qt.ElideRight, room)).join("\n")
+                textFormat: Text.PlainText
+                x: Math.max(0, edge - fileBox.x)
+
+                HoverHandler {
+                    id: fileHover
+                }
+
+                FullText {
+                    font: fileText.font
+                    hovered: fileHover.hovered
+                    shortened: fileText.text !== wholeText.text
+                    text: wholeText.text
+                }
             }
         }
 
@@ -99,6 +135,13 @@ Window {
             // While nothing has been chosen, the box agrees with the port in use.
             function chosenText() {
                 return currentText !== "" ? currentText : settings.currentPortNum;
+            }
+
+            // Home, End and the search for a letter would choose a port in the closed list, unseen.
+            function choosesUnseen(event) {
+                const harmless = [Qt.Key_Tab, Qt.Key_Backtab, Qt.Key_Escape, Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space];
+                return !popup.visible && (event.key === Qt.Key_Home || event.key === Qt.Key_End
+                                          || event.text !== "" && !harmless.includes(event.key));
             }
 
             function updateShownText() {
@@ -144,6 +187,7 @@ Window {
                 objectName: "portText"
                 rightPadding: 4 + portBox.indicator.width
                 text: portBox.shownText
+                textFormat: Text.PlainText
                 verticalAlignment: Text.AlignVCenter
             }
             delegate: ItemDelegate {
@@ -165,6 +209,7 @@ Window {
                     elide: Text.ElideRight
                     font: row.font
                     text: row.textInput
+                    textFormat: Text.PlainText
                     verticalAlignment: Text.AlignVCenter
                 }
             }
@@ -221,6 +266,7 @@ Window {
                 else
                     popup.open();
             }
+            Keys.onPressed: event => event.accepted = choosesUnseen(event)
             Keys.onUpPressed: event => {
                 if (popup.visible)
                     event.accepted = false;

@@ -9,6 +9,7 @@ Window {
 
     color: "#efefef"
     height: 420
+    flags: Qt.Dialog
     modality: Qt.WindowModal
     title: "Параметры SQL сервера"
     width: 480

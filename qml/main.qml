@@ -22,6 +22,9 @@ ApplicationWindow {
     property bool test: false
     property bool lnYaxis: false
     property int i: 0
+    // These can lie behind the main window, and its modal windows do not block them: declared as its
+    // children they would get it as transient parent.
+    property list<Window> independentWindows
 
     // Nothing emits it.
     signal exitApp
@@ -38,9 +41,21 @@ ApplicationWindow {
     }
 
     function open(panel) {
+        // true rather than show(): Qt 6.4 takes show() back right after the main window has appeared.
         panel.visible = true;
+        if (panel.visibility === Window.Minimized) {
+            panel.showNormal();
+        }
         panel.raise();
         panel.requestActivate();
+    }
+
+    // A modal window blocks the one that it was opened from and stays above it.
+    function openAbove(panel, opener) {
+        if (!panel.visible) {
+            panel.transientParent = opener.visible ? opener : window;
+        }
+        open(panel);
     }
 
     function windowStart() {
@@ -114,6 +129,28 @@ ApplicationWindow {
     visible: true
     width: 900
 
+    independentWindows: [
+        About {
+            id: aboutWindow
+
+            objectName: "aboutWindow"
+            title: "О нас..."
+            transientParent: null
+            onExitAbout: close()
+        },
+
+        ClockCP {
+            id: controlPanel
+
+            objectName: "controlPanel"
+            title: "Панель управления"
+            transientParent: null
+            onConnectionButton: window.openAbove(sWindow, controlPanel)
+            onExitCP: close()
+            onOpenDataFolderButton: mainBackEnd.on_action_openDataFolder_triggered()
+        }
+    ]
+
     footer: Text {
         Accessible.ignored: true
         height: 24
@@ -148,9 +185,9 @@ ApplicationWindow {
         width: window.contentItem.width
         onButtonAbout: window.open(aboutWindow)
         onButtonExit: window.close()
-        onButtonNumber: window.open(numberWindow)
+        onButtonNumber: window.openAbove(numberWindow, window)
         onButtonOpenFolder: mainBackEnd.on_action_openDataFolder_triggered()
-        onButtonSettings: window.open(sWindow)
+        onButtonSettings: window.openAbove(sWindow, window)
     }
 
     Component.onCompleted: {
@@ -180,9 +217,14 @@ ApplicationWindow {
     }
 
     component PlateBox: Rectangle {
+        id: plateBox
+
         property alias fontFamily: plateText.font.family
+        required property string name
         property alias text: plateText.text
 
+        Accessible.name: name + ": " + text
+        Accessible.role: Accessible.StaticText
         border.color: "black"
         border.width: 1
         clip: true
@@ -194,9 +236,26 @@ ApplicationWindow {
         Text {
             id: plateText
 
+            readonly property int room: plateBox.width - 4
+
             anchors.centerIn: parent
+            elide: Text.ElideRight
             font.pointSize: 12
+            objectName: "plateText"
             textFormat: Text.PlainText
+            width: Math.min(implicitWidth, room)
+        }
+
+        HoverHandler {
+            id: plateHover
+        }
+
+        FullText {
+            font.family: plateBox.fontFamily
+            font.pointSize: 12
+            hovered: plateHover.hovered
+            shortened: plateText.truncated
+            text: plateBox.text
         }
     }
 
@@ -354,24 +413,6 @@ ApplicationWindow {
         }
     }
 
-    About {
-        id: aboutWindow
-
-        objectName: "aboutWindow"
-        title: "О нас..."
-        onExitAbout: close()
-    }
-
-    ClockCP {
-        id: controlPanel
-
-        objectName: "controlPanel"
-        title: "Панель управления"
-        onConnectionButton: window.open(sWindow)
-        onExitCP: close()
-        onOpenDataFolderButton: mainBackEnd.on_action_openDataFolder_triggered()
-    }
-
     SqlSettings {
         id: sqlSettingsWnd
 
@@ -384,14 +425,19 @@ ApplicationWindow {
         id: trayIcon
 
         objectName: "trayIcon"
-        icon.source: "qrc:/img/logoKAS.png"
         tooltip: window.title
-        visible: true
+        visible: false
         menu: Platform.Menu {
             Platform.MenuItem {
                 text: "Выход"
                 onTriggered: Qt.quit()
             }
+        }
+        // Given earlier, the picture would be set after the icon is shown, and Qt would warn. It is
+        // there at once, since the About window has loaded it.
+        Component.onCompleted: {
+            icon.source = "qrc:/img/logoKAS.png";
+            visible = true;
         }
         onActivated: {
             window.show();
@@ -574,7 +620,7 @@ ApplicationWindow {
                 property bool lit: false
 
                 objectName: "chanelID"
-                Accessible.description: lit ? "Горит" : "Не горит"
+                Accessible.description: lit ? "горит" : "не горит"
                 Accessible.name: "Резервный канал"
                 Accessible.role: Accessible.Indicator
                 anchors.horizontalCenter: parent.horizontalCenter
@@ -1102,6 +1148,7 @@ ApplicationWindow {
                 PlateBox {
                     objectName: "numberBox"
                     fontFamily: fontPalantino.font.family
+                    name: "Номер прибора"
                     text: window.unitNum
                     x: 14
                 }
@@ -1109,6 +1156,7 @@ ApplicationWindow {
                 PlateBox {
                     objectName: "yearBox"
                     fontFamily: fontPalantino.font.family
+                    name: "Год выпуска"
                     text: window.unitYr
                     x: 112
                 }

@@ -45,11 +45,10 @@ std::atomic<qint64> g_logBytes{0};
 std::atomic<int> g_warnings{0};
 QDateTime g_now;
 
-// What the toolkit says about its own tray stand-in and its platform "offscreen".
+// What Qt says about its platform "offscreen".
 bool isKnown(const QString &text)
 {
-    return text == u"QSystemTrayIcon::setVisible: No Icon set"
-        || text.contains(u"systemTrayWindowChanged") || text.contains(u"propagateSizeHints");
+    return text.contains(u"systemTrayWindowChanged") || text.contains(u"propagateSizeHints");
 }
 
 void countLog(QtMsgType type, const QMessageLogContext &, const QString &text)

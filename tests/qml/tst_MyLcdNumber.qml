@@ -81,6 +81,11 @@ Item {
             compare(testLog.warnings(), []);
         }
 
+        function test_texts_areShownLetterByLetter() {
+            compare(valueText().textFormat, Text.PlainText);
+            compare(captionText().textFormat, Text.PlainText);
+        }
+
         function test_properties_byDefault_data() {
             return [
                 {tag: "lcdText", value: "Параметр"},

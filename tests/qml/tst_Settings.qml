@@ -22,6 +22,16 @@ Item {
         }
     }
 
+    Component {
+        id: otherComponent
+
+        Window {
+            height: 100
+            visible: true
+            width: 100
+        }
+    }
+
     SignalSpy {
         id: exits
 
@@ -124,6 +134,7 @@ Item {
         function test_properties_atFirst_areDashes() {
             for (const name of ["dataCpp", "dataFile", "portNum", "currentPortNum"])
                 compare(panel[name], "----");
+            show();
             compare(part("fileText").text, "----");
             compare(part("portText").text, "----");
             compare(box().count, 0);
@@ -162,12 +173,97 @@ Item {
             verify(place(box()).y + 40 + 160 < 404);
         }
 
-        function test_fileText_veryLong_isNotWrapped() {
-            panel.dataFile = "x".repeat(200);
+        function test_fileText_veryLong_isElidedInsideThePanel() {
+            const longLine = "x".repeat(200);
+            panel.dataFile = longLine + "\nParity = 0\n" + longLine;
             show();
-            verify(part("fileText").width > 480);
-            compare(part("fileText").lineCount, 1);
+            verify(part("fileBox").width > 480);
+            const file = part("fileText");
+            compare(file.lineCount, 3);
+            const lines = file.text.split("\n");
+            compare(lines[1], "Parity = 0");
+            for (const line of [lines[0], lines[2]])
+                verify(/^x{20,}\u2026$/.test(line), line);
+            verify(place(file).x >= 0);
+            verify(place(file).x + file.width <= 464);
             verify(place(box()).x > 0);
+            compare(file.Accessible.name, "Файл настроек: " + panel.dataFile);
+            const tip = findChild(file, "fullText");
+            compare(tip.visible, false);
+            mouseMove(file, 50, 10);
+            tryCompare(tip, "visible", true);
+            compare(tip.text, panel.dataFile);
+            verify(tip.width < 480);
+        }
+
+        function test_fileText_ordinary_isShownWhole() {
+            panel.dataFile = factoryText;
+            show();
+            const file = part("fileText");
+            compare(file.text, factoryText);
+            compare(file.x, 0);
+            compare(Math.ceil(file.width), part("fileBox").width);
+            mouseMove(file, 50, 10);
+            verify(!findChild(file, "fullText").shortened);
+        }
+
+        function test_outsideTexts_areShownLetterByLetter() {
+            panel.dataFile = "<b>a</b>\n<img src=\"http://localhost:9/a.png\">";
+            show();
+            compare(part("fileText").text, panel.dataFile);
+            compare(part("fileText").lineCount, 2);
+            compare(part("fileText").textFormat, Text.PlainText);
+            compare(findChild(part("fileText"), "fullText").contentItem.textFormat, Text.PlainText);
+            panel.currentPortNum = "<b>a</b>";
+            compare(part("portText").text, "<b>a</b>");
+            compare(part("portText").textFormat, Text.PlainText);
+            addPorts(["<b>b</b>"]);
+            openList();
+            tryVerify(() => list().itemAtIndex(0) !== null);
+            compare(list().itemAtIndex(0).contentItem.textFormat, Text.PlainText);
+            keyClick(Qt.Key_Escape);
+        }
+
+        function test_closedList_keys_chooseNothing_data() {
+            return [{tag: "Home", key: Qt.Key_Home}, {tag: "End", key: Qt.Key_End}, {tag: "letter", key: "c"},
+                    {tag: "letter with Shift", key: "C"}, {tag: "digit", key: "1"}];
+        }
+
+        function test_closedList_keys_chooseNothing(row) {
+            addPorts(["COM1", "1COM"]);
+            panel.currentPortNum = "COM9";
+            show();
+            keyClick(Qt.Key_Tab);
+            verify(box().visualFocus);
+            keyClick(row.key);
+            compare(box().currentIndex, -1);
+            keyClick(Qt.Key_Space);
+            tryCompare(box().popup, "opened", true);
+            keyClick(Qt.Key_Escape);
+            tryCompare(box().popup, "visible", false);
+            compare(panel.portNum, "COM9");
+            compare(panel.currentPortNum, "COM9");
+            compare(part("portText").text, "COM9");
+        }
+
+        function test_closedList_wheel_choosesNothing() {
+            addPorts(["COM1", "COM3"]);
+            panel.currentPortNum = "COM9";
+            show();
+            mouseWheel(box(), 30, 20, 0, -120);
+            mouseWheel(box(), 30, 20, 0, 120);
+            compare(box().currentIndex, -1);
+        }
+
+        function test_openList_endKey_goesToTheLastPort() {
+            addPorts(["COM1", "COM2", "COM3"]);
+            show();
+            openList();
+            keyClick(Qt.Key_End);
+            compare(box().highlightedIndex, 2);
+            keyClick(Qt.Key_Return);
+            tryCompare(box().popup, "visible", false);
+            compare(panel.portNum, "COM3");
         }
 
         function test_readFile_onEachChangeOfActivity() {
@@ -180,6 +276,19 @@ Item {
                 wait(100);
                 compare(reads.count, 2 * opened + 2);
             }
+        }
+
+        function test_readFile_onLossOfActivity_withoutClosing() {
+            show();
+            tryCompare(reads, "count", 1);
+            const other = createTemporaryObject(otherComponent, null);
+            other.requestActivate();
+            tryVerify(() => !panel.active);
+            tryCompare(reads, "count", 2);
+            compare(panel.visible, true);
+            panel.requestActivate();
+            tryCompare(reads, "count", 3);
+            other.close();
         }
 
         function test_dataCpp_twoPorts_accumulate() {
@@ -304,7 +413,10 @@ Item {
         }
 
         function test_arrow_isPaintedInTheStatesColor_data() {
-            return [{tag: "at rest", hover: false, color: "#5e5f60"}, {tag: "hovered", hover: true, color: "#fafafa"}];
+            return [{tag: "at rest", hover: false, pressed: false, color: "#5e5f60"},
+                    {tag: "hovered", hover: true, pressed: false, color: "#fafafa"},
+                    {tag: "pressed", hover: false, pressed: true, color: "black"},
+                    {tag: "hovered and pressed", hover: true, pressed: true, color: "#fafafa"}];
         }
 
         function test_arrow_isPaintedInTheStatesColor(row) {
@@ -314,7 +426,14 @@ Item {
                 tryCompare(box(), "hovered", true);
             }
             const middle = part("portArrow").mapToItem(null, 6, 2);
+            if (row.pressed) {
+                box().forceActiveFocus(Qt.TabFocusReason);
+                keyPress(Qt.Key_Space);
+                verify(box().pressed);
+            }
             tryVerify(() => Qt.colorEqual(grabImage(panel.contentItem).pixel(middle.x, middle.y), row.color));
+            if (row.pressed)
+                keyRelease(Qt.Key_Space);
         }
 
         function test_popup_asDesigned() {

@@ -122,9 +122,7 @@ private:
         {
             const QMutexLocker lock(&s_current->m_mutex);
             s_current->m_lines << text;
-            // The toolkit's own tray stand-in shows itself before the icon that it was given.
-            const bool harmless = text.contains(QLatin1String("XDG_RUNTIME_DIR"))
-                || text == u"QSystemTrayIcon::setVisible: No Icon set";
+            const bool harmless = text.contains(QLatin1String("XDG_RUNTIME_DIR"));
             if (type != QtDebugMsg && type != QtInfoMsg && !harmless) {
                 s_current->m_warnings << text;
             }

@@ -38,9 +38,7 @@ private:
     {
         const QMutexLocker lock(&s_current->m_mutex);
         s_current->m_lines << text;
-        // The toolkit's own tray stand-in shows itself before the icon that it was given.
-        const bool known = text == u"QSystemTrayIcon::setVisible: No Icon set";
-        if (type != QtDebugMsg && type != QtInfoMsg && !known) {
+        if (type != QtDebugMsg && type != QtInfoMsg) {
             s_current->m_warnings << text;
         }
     }

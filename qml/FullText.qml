@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtQuick.Controls.Basic
+
+// Tool tip with the whole of a text that its place had to shorten. The text is not the program's
+// own, so it is shown letter by letter.
+ToolTip {
+    id: tip
+
+    required property bool hovered
+    required property bool shortened
+
+    delay: 500
+    objectName: "fullText"
+    visible: shortened && hovered
+    width: Math.min(implicitWidth, 420)
+
+    contentItem: Text {
+        elide: Text.ElideRight
+        font: tip.font
+        maximumLineCount: 20
+        text: tip.text
+        textFormat: Text.PlainText
+        wrapMode: Text.Wrap
+    }
+}
