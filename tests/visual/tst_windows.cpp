@@ -184,15 +184,15 @@ void tst_windows::initTestCase()
     QVERIFY(QTest::qWaitForWindowExposed(window(QString()), kPatienceMs));
 
     showHour(kDay);
-    Q_EMIT m_terminal->backEnd().connectionLED(true);
-    Q_EMIT m_terminal->backEnd().dataLED(true);
     // The operator's view of a running measurement, without a port.
     window(QString())
         ->findChild<QObject *>(QStringLiteral("startButton"))
         ->setProperty("checked", true);
     m_terminal->backEnd().showTheCloud(QStringLiteral("0840"), QStringLiteral("1560"));
     QVERIFY(!restingPicture(*window(QString())).isNull());
-    plotSomeHours();
+    plotSomeHours(); // no timer changes a lamp from here on
+    Q_EMIT m_terminal->backEnd().connectionLED(true);
+    Q_EMIT m_terminal->backEnd().dataLED(true);
     // In place of the missing port's message.
     m_terminal->backEnd().sendCounter(QStringLiteral("[12:08:36.000]:\tПолучено сообщение: 0x48 "
                                                      "0x30 0x30 0x38 0x34 0x30 0x31 0x35 0x36 0x30 "
