@@ -120,11 +120,32 @@ MenuBar {
     delegate: MenuBarItem {
         id: barItem
 
-        Keys.onDownPressed: triggered()
-        Keys.onEnterPressed: triggered()
-        Keys.onReturnPressed: triggered()
+        property bool closedAtPress: true
+
+        // Escape does not tell Qt's menu bar that the menu of the item under the pointer is closed:
+        // the next trigger only closes it once more.
+        function openIfStillClosed() {
+            if (!menu.visible)
+                triggered();
+        }
+
+        function openMenu() {
+            triggered();
+            openIfStillClosed();
+        }
+
+        Keys.onDownPressed: openMenu()
+        Keys.onEnterPressed: openMenu()
+        Keys.onReturnPressed: openMenu()
         focusPolicy: Qt.StrongFocus
         implicitHeight: 22
+
+        // Later, since the menu bar reacts to the click after this.
+        onClicked: {
+            if (closedAtPress)
+                Qt.callLater(openIfStillClosed); // qmllint disable
+        }
+        onPressed: closedAtPress = !menu.visible
 
         background: Rectangle {
             border.color: "#5E5F60"

@@ -287,4 +287,11 @@ MUTATIONS = [
     ("the tray icon is shown before it has a picture", "qml/main.qml",
      "            icon.source = \"qrc:/img/logoKAS.png\";\n            visible = true;\n",
      "            visible = true;\n            icon.source = \"qrc:/img/logoKAS.png\";\n", "qml_main"),
+    ("a menu closed by Escape takes a click in vain", "qml/MyMenu.qml",
+     "            if (closedAtPress)\n", "            if (false)\n", "qml_MyMenu"),
+    ("a menu closed by Escape takes a key in vain", "qml/MyMenu.qml",
+     "            triggered();\n            openIfStillClosed();\n", "            triggered();\n",
+     "qml_MyMenu"),
+    ("a click on an open menu opens it anew", "qml/MyMenu.qml",
+     "closedAtPress = !menu.visible", "closedAtPress = true", "qml_MyMenu"),
 ]

@@ -28,8 +28,15 @@ Item {
     TestCase {
         property MyMenu menuBar: null
 
+        function finishCallsForLater() {
+            let done = false;
+            Qt.callLater(() => done = true);
+            tryVerify(() => done);
+        }
+
         function openMenu(index) {
             mouseClick(menuBar.itemAt(index));
+            finishCallsForLater();
             tryCompare(menuBar.menuAt(index), "opened", true);
             return menuBar.menuAt(index);
         }
@@ -173,6 +180,43 @@ Item {
             mouseClick(entry);
             compare(menuBar.told, [row.told]);
             tryCompare(menu, "visible", false);
+        }
+
+        // The pointer stays where it has opened the menu.
+        function openAndEscape() {
+            const item = menuBar.itemAt(1);
+            mouseMove(item, 20, 10);
+            tryCompare(item, "hovered", true);
+            const menu = openMenu(1);
+            keyClick(Qt.Key_Escape);
+            tryCompare(menu, "visible", false);
+            verify(item.hovered);
+            return menu;
+        }
+
+        function test_menu_closedByEscape_opensAtTheNextClick() {
+            for (let round = 0; round < 3; round++)
+                openAndEscape();
+        }
+
+        function test_menu_closedByEscape_opensAtTheNextKey_data() {
+            return test_keyboard_enterOpensTheMenu_data();
+        }
+
+        function test_menu_closedByEscape_opensAtTheNextKey(row) {
+            const menu = openAndEscape();
+            menuBar.itemAt(1).forceActiveFocus(Qt.TabFocusReason);
+            keyClick(row.key);
+            tryCompare(menu, "opened", true);
+        }
+
+        function test_menu_clickedAgain_closes() {
+            mouseMove(menuBar.itemAt(1), 20, 10);
+            const menu = openMenu(1);
+            mouseClick(menuBar.itemAt(1));
+            finishCallsForLater();
+            tryCompare(menu, "visible", false);
+            openMenu(1);
         }
 
         function test_keyboard_reachesEveryEntry_data() {
