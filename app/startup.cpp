@@ -51,6 +51,11 @@ void Splash::countUp()
     m_screen.close();
 }
 
+void publishVersion()
+{
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORK2_VERSION));
+}
+
 void addImportPaths(QQmlApplicationEngine &engine)
 {
 #if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)

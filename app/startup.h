@@ -34,6 +34,9 @@ private:
     QLabel m_version;
 };
 
+// Makes the program's version known to the documents, as Qt.application.version.
+void publishVersion();
+
 // Where documents find modules that the toolkit's version does not bring.
 void addImportPaths(QQmlApplicationEngine &engine);
 

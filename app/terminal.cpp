@@ -12,6 +12,7 @@ namespace ork2 {
 Terminal::Terminal(QObject &application, QUrl document)
     : m_document(std::move(document))
 {
+    publishVersion();
     addImportPaths(m_engine);
     QQmlContext *context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("mainBackEnd"), &m_mainBackEnd);

@@ -46,7 +46,7 @@ Window {
         }
     }
 
-    color: "#b22222"
+    color: Theme.edge
     height: 320
     maximumHeight: 320
     maximumWidth: 480
@@ -95,7 +95,7 @@ Window {
             anchors.fill: logo
             objectName: "logoShadow"
             shadowBlur: 0.1
-            shadowColor: "#eeeeee"
+            shadowColor: Theme.panel
             shadowEnabled: true
             shadowHorizontalOffset: 1
             shadowVerticalOffset: 1
@@ -123,7 +123,7 @@ Window {
             font.pixelSize: 22
             horizontalAlignment: Text.AlignHCenter
             objectName: "title"
-            text: "Терминал ОРК-2\n(Версия 2.2.4)\n"
+            text: "Терминал ОРК-2\n(Версия %1)\n".arg(Qt.application.version)
         }
 
         Column {

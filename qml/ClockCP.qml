@@ -16,7 +16,7 @@ Window {
     signal exitCP // nothing here emits it
     signal openDataFolderButton
 
-    component PanelButton: MyButton {
+    component PanelButton: ShadowedButton {
         anchors.top: parent.top
         anchors.topMargin: 25
         font.pointSize: 11
@@ -24,22 +24,12 @@ Window {
         width: 150
     }
 
-    component PanelButtonShadow: SoftShadow {
-        required property MyButton button
-
-        anchors.fill: button
-        opacity: button.background.opacity
-        source: button.background
-    }
-
-    component Lamp: Rectangle {
+    // Drawn through its effect.
+    component PanelLamp: Lamp {
         anchors.top: parent.top
         anchors.topMargin: 160
-        border.color: "#4f4f4f"
-        border.width: 1
-        color: "#6f6f6f"
         height: 40
-        radius: 20
+        litColor: "#44ea44"
         visible: false
         width: 40
     }
@@ -48,22 +38,12 @@ Window {
     component LampEffect: MultiEffect {
         id: effect
 
-        property bool lit: false
-        required property string name
-        readonly property ColorAnimation fade: ColorAnimation {
-            duration: 500
-            property: "color"
-            target: effect.source
-        }
+        required property Lamp lamp
+        readonly property ColorAnimation fade: lamp.lit ? lamp.turnOn : lamp.turnOff
+        readonly property bool lit: lamp.lit
 
-        // Said again with every reading; a lamp that already shows it is left in peace.
         function show(on) {
-            if (on === lit) {
-                return;
-            }
-            lit = on;
-            fade.to = on ? "#44ea44" : "#6f6f6f";
-            fade.restart();
+            lamp.show(on);
             if (on) {
                 shadowEnabled = true;
                 blurEnabled = true;
@@ -71,23 +51,24 @@ Window {
             }
         }
 
-        Accessible.description: lit ? "горит" : "не горит"
-        Accessible.name: name
+        Accessible.description: lamp.stateText
+        Accessible.name: lamp.name
         Accessible.role: Accessible.Indicator
-        anchors.fill: source
+        anchors.fill: lamp
         blur: 0.5
         blurEnabled: false
         blurMax: 30
         brightness: 0
         saturation: 0.2
         shadowBlur: 0.8
-        shadowColor: "#eeeeee"
+        shadowColor: Theme.panel
         shadowEnabled: true
         shadowHorizontalOffset: 1
         shadowVerticalOffset: 1
+        source: lamp
     }
 
-    color: "#efefef"
+    color: Theme.window
     height: 620
     maximumHeight: 620
     maximumWidth: 640
@@ -133,11 +114,7 @@ Window {
             RedFrame {
                 id: frame
 
-                lowerColor: "#e82222"
-
-                PanelButtonShadow {
-                    button: serverButton
-                }
+                lowerColor: Theme.edgeBottom
 
                 PanelButton {
                     id: serverButton
@@ -150,10 +127,6 @@ Window {
                     onClicked: controlPanel.connectionButton()
                 }
 
-                PanelButtonShadow {
-                    button: portButton
-                }
-
                 PanelButton {
                     id: portButton
 
@@ -162,10 +135,6 @@ Window {
                     enabled: false
                     objectName: "portButton"
                     text: "Настройки\n подключения\n к серверу"
-                }
-
-                PanelButtonShadow {
-                    button: dataButton
                 }
 
                 PanelButton {
@@ -179,52 +148,52 @@ Window {
                     onClicked: controlPanel.openDataFolderButton()
                 }
 
-                Lamp {
+                PanelLamp {
                     id: orkConnectionLED
 
                     anchors.left: parent.left
                     anchors.leftMargin: 90
+                    name: "Связь с прибором"
                     objectName: "orkConnectionLED"
                 }
 
                 LampEffect {
                     id: orkConnectionEffect
 
-                    name: "Связь с прибором"
+                    lamp: orkConnectionLED
                     objectName: "orkConnectionEffect"
-                    source: orkConnectionLED
                 }
 
-                Lamp {
+                PanelLamp {
                     id: orkServerLED
 
                     anchors.left: parent.left
                     anchors.leftMargin: 295
+                    name: "Связь с сервером"
                     objectName: "orkServerLED"
                 }
 
                 LampEffect {
                     id: orkServerEffect
 
-                    name: "Связь с сервером"
+                    lamp: orkServerLED
                     objectName: "orkServerEffect"
-                    source: orkServerLED
                 }
 
-                Lamp {
+                PanelLamp {
                     id: orkDataLED
 
                     anchors.right: parent.right
                     anchors.rightMargin: 90
+                    name: "Запись данных"
                     objectName: "orkDataLED"
                 }
 
                 LampEffect {
                     id: orkDataEffect
 
-                    name: "Запись данных"
+                    lamp: orkDataLED
                     objectName: "orkDataEffect"
-                    source: orkDataLED
                 }
 
                 SoftShadow {

@@ -23,9 +23,9 @@ T.AbstractButton {
     implicitWidth: implicitBackgroundWidth
 
     background: Rectangle {
-        border.color: control.visualFocus ? "#b22222" : "black"
+        border.color: control.visualFocus ? Theme.edge : "black"
         border.width: control.visualFocus ? 2 : 1
-        color: control.enabled && control.hovered ? "#5E5F60" : "transparent"
+        color: control.enabled && control.hovered ? Theme.highlight : "transparent"
         implicitHeight: 23
         implicitWidth: 92
         opacity: control.enabled ? 1 : 0.3

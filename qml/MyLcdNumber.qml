@@ -89,7 +89,7 @@ Item {
 
         anchors.fill: value
         shadowBlur: 0.1
-        shadowColor: "#eeeeee"
+        shadowColor: Theme.panel
         shadowEnabled: true
         shadowHorizontalOffset: 1
         shadowVerticalOffset: 1

@@ -44,14 +44,14 @@ MenuBar {
             }
         }
         background: Rectangle {
-            color: entry.highlighted ? "#5E5F60" : "transparent"
+            color: entry.highlighted ? Theme.highlight : "transparent"
             implicitHeight: 22
             implicitWidth: entry.backgroundWidth
             radius: 2
             width: entry.backgroundWidth
         }
         contentItem: Text {
-            color: entry.highlighted ? "#ffffff" : "#252525"
+            color: entry.highlighted ? "#ffffff" : Theme.text
             elide: Text.ElideRight
             font: entry.font
             horizontalAlignment: Text.AlignLeft
@@ -97,7 +97,7 @@ MenuBar {
     component MenuBackground: Rectangle {
         border.color: "#cccccc"
         border.width: 1
-        color: "#eeeeee"
+        color: Theme.panel
         implicitHeight: 22
         implicitWidth: 200
         radius: 3
@@ -148,15 +148,15 @@ MenuBar {
         onPressed: closedAtPress = !menu.visible
 
         background: Rectangle {
-            border.color: "#5E5F60"
+            border.color: Theme.highlight
             border.width: barItem.visualFocus ? 1 : 0
-            color: barItem.highlighted ? "#5E5F60" : "transparent"
+            color: barItem.highlighted ? Theme.highlight : "transparent"
             implicitHeight: 20
             implicitWidth: 20
             radius: 3
         }
         contentItem: Text {
-            color: barItem.highlighted ? "#ffffff" : "#252525"
+            color: barItem.highlighted ? "#ffffff" : Theme.text
             elide: Text.ElideRight
             font: barItem.font
             horizontalAlignment: Text.AlignLeft

@@ -19,7 +19,7 @@ Window {
         property alias text: label.text
         required property font textFont
 
-        color: "#eeeeee"
+        color: Theme.panel
         height: 50
         width: 300
 
@@ -44,7 +44,7 @@ Window {
 
         border.color: "black"
         border.width: 1
-        color: "#eeeeee"
+        color: Theme.panel
         height: 50
         radius: 5
         width: 100
@@ -67,7 +67,7 @@ Window {
         }
     }
 
-    color: "#efefef"
+    color: Theme.window
     height: 320
     flags: Qt.Dialog
     modality: Qt.WindowModal

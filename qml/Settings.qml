@@ -23,7 +23,7 @@ Window {
         readFile();
     }
 
-    color: "#efefef"
+    color: Theme.window
     height: 420
     flags: Qt.Dialog
     modality: Qt.WindowModal
@@ -172,9 +172,9 @@ Window {
             textRole: "textInput"
 
             background: Rectangle {
-                border.color: portBox.pressed ? "#5E5F60" : "black"
+                border.color: portBox.pressed ? Theme.highlight : "black"
                 border.width: portBox.visualFocus ? 2 : 1
-                color: portBox.hovered ? "#5E5F60" : "transparent"
+                color: portBox.hovered ? Theme.highlight : "transparent"
                 implicitHeight: 40
                 implicitWidth: 120
                 radius: 4
@@ -200,9 +200,9 @@ Window {
                 width: ListView.view.width
 
                 background: Rectangle {
-                    border.color: "#5E5F60"
+                    border.color: Theme.highlight
                     border.width: row.highlighted ? 1 : 0
-                    color: row.hovered ? "#5E5F60" : "transparent"
+                    color: row.hovered ? Theme.highlight : "transparent"
                 }
                 contentItem: Text {
                     color: row.hovered ? "white" : "black"
@@ -215,7 +215,7 @@ Window {
             }
             indicator: Canvas {
                 readonly property string fill: portBox.hovered ? "#fafafa"
-                                                               : portBox.pressed ? "black" : "#5E5F60"
+                                                               : portBox.pressed ? "black" : Theme.highlight
 
                 height: 8
                 objectName: "portArrow"
@@ -245,7 +245,7 @@ Window {
                 onVisibleChanged: portBox.updateShownText()
 
                 background: Rectangle {
-                    border.color: "#5E5F60"
+                    border.color: Theme.highlight
                     color: "transparent"
                     radius: 4
                 }

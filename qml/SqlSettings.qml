@@ -7,7 +7,7 @@ Window {
 
     signal exitSqlSettings
 
-    color: "#efefef"
+    color: Theme.window
     height: 420
     flags: Qt.Dialog
     modality: Qt.WindowModal

@@ -4,6 +4,7 @@
 // the order and at the moments that the timers would give them; only the waiting in between is left
 // out. Prints figures; tests/endurance/thirty-days starts it and checks the day files.
 #include "frames.h"
+#include "documentitem.h"
 #include "mainbackendprobe.h"
 #include "minutetick.h"
 #include "pseudoterminal.h"
@@ -21,7 +22,6 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QQmlContext>
 #include <QScatterSeries>
 #include <QTimer>
 
@@ -285,8 +285,7 @@ bool withDocument(QApplication &application, ork2::PseudoTerminal &line, const P
         terminal.backEnd().changeRangeX();
     }
     const auto series = [root](const char *id) {
-        return qobject_cast<QScatterSeries *>(
-            qmlContext(root)->objectForName(QString::fromLatin1(id)));
+        return qobject_cast<QScatterSeries *>(documentItem(*root, id));
     };
     return Weeks(
         terminal.backEnd(), {series("fLayerCloudSeries"), series("sLayerCloudSeries")}, line, plan)

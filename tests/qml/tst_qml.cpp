@@ -149,6 +149,7 @@ public Q_SLOTS:
 #if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
         engine->addImportPath(QStringLiteral("qrc:/compat"));
 #endif
+        ork2::publishVersion();
         m_world.reset();
         m_world = std::make_unique<World>();
         connect(engine, &QQmlEngine::quit, &m_world->log, &TestLog::countQuit);

@@ -2,6 +2,7 @@
 // The program's whole object graph in one process, on a played line: bytes in, window and file out.
 #include "terminal.h"
 
+#include "documentitem.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
 #include "patience.h"
@@ -12,7 +13,6 @@
 
 #include <QApplication>
 #include <QDeadlineTimer>
-#include <QQmlContext>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QSGTextureProvider>
@@ -199,7 +199,7 @@ void tst_terminal::click(const char *window, const char *button) const
 
 QObject *tst_terminal::item(const char *id) const
 {
-    return qmlContext(m_window)->objectForName(QString::fromLatin1(id));
+    return documentItem(*m_window, id);
 }
 
 QString tst_terminal::shown(const char *property) const

@@ -5,6 +5,7 @@
 // follow.
 #include "terminal.h"
 
+#include "documentitem.h"
 #include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
@@ -19,7 +20,6 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QElapsedTimer>
-#include <QQmlContext>
 #include <QQuickWindow>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -268,7 +268,7 @@ void tst_user::tearDown()
 
 QObject *tst_user::item(const char *id) const
 {
-    return qmlContext(m_window)->objectForName(QString::fromLatin1(id));
+    return documentItem(*m_window, id);
 }
 
 QList<QQuickWindow *> tst_user::shownWindows() const

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+import QtCharts
+
+// One layer's dots, to lie over the background chart, without a frame or scale of their own.
+ChartView {
+    id: layer
+
+    property alias dotOpacity: dots.opacity
+    required property color layerColor
+    // What the layer's objects are called by: "F" and "", or "S" and "2".
+    required property string letter
+    required property string number
+    readonly property alias linearAxis: linearAxis
+    readonly property alias logAxis: logAxis
+    readonly property alias dots: dots
+    readonly property alias timeAxis: timeAxis
+
+    // The removal of the oldest points, when the chart is thinned, happens while the opacity is 0.
+    // The animation of a removal would lead the dots astray, so there is none.
+    function thin() {
+        animationOptions = ChartView.NoAnimation;
+        opacity = 0;
+        animationDuration = 0;
+        animationDuration = 3000;
+        animationOptions = ChartView.SeriesAnimations;
+    }
+
+    // A change of width is animated. A slide is not: an animated one redraws all dots for 3 s, so
+    // with a reading a second the window would never rest.
+    function moveTo(start, end, animated) {
+        if (!animated)
+            animationOptions = ChartView.NoAnimation;
+        timeAxis.min = start;
+        timeAxis.max = end;
+        animationOptions = ChartView.SeriesAnimations;
+    }
+
+    // Told to remove more points than there are, Qt Charts reads beyond their end.
+    function removeOldest() {
+        dots.removePoints(0, Math.min(2000, dots.count));
+    }
+
+    anchors.fill: parent
+    animationDuration: 3000
+    animationEasingCurve.bezierCurve: [0.1, 0.2, 0.3, 0.4, 0.5, 0.6, 0.7, 0.78, 0.93, 0.95, 1, 1]
+    animationEasingCurve.type: Easing.BezierSpline
+    animationOptions: ChartView.SeriesAnimations
+    antialiasing: false
+    backgroundColor: "transparent"
+    legend.visible: false
+
+    onOpacityChanged: {
+        if (opacity === 0)
+            removeOldest();
+        opacity = 1;
+    }
+
+    ValueAxis {
+        gridVisible: false
+        labelsVisible: false
+        max: uiData ? uiData.xmax : 0
+        min: uiData ? uiData.xmin : 0
+        objectName: "seriesX" + layer.number
+        visible: false
+    }
+
+    DateTimeAxis {
+        id: timeAxis
+
+        format: "hh:mm:ss"
+        gridVisible: false
+        labelsAngle: -45
+        labelsVisible: false
+        max: mainBackEnd ? mainBackEnd.maxTime() : new Date()
+        min: mainBackEnd ? mainBackEnd.minTime() : new Date()
+        objectName: "axis" + layer.letter + "X"
+        tickCount: 9
+        visible: false
+    }
+
+    LogValueAxis {
+        id: logAxis
+
+        gridVisible: false
+        labelsVisible: false
+        max: 3000
+        min: 0
+        objectName: "logValueAxisSeriesY" + layer.number
+        visible: false
+    }
+
+    ValueAxis {
+        id: linearAxis
+
+        gridVisible: false
+        labelsVisible: false
+        max: 3000
+        min: 0
+        objectName: "valueAxisSeriesY" + layer.number
+        visible: false
+    }
+
+    ScatterSeries {
+        id: dots
+
+        axisX: timeAxis
+        axisY: linearAxis
+        borderColor: layer.layerColor
+        borderWidth: 2
+        color: layer.layerColor
+        markerSize: 3
+        // The same for both layers, intentional: no legend shows it.
+        name: "Второй слой"
+        objectName: layer.letter.toLowerCase() + "LayerCloudSeries"
+    }
+}

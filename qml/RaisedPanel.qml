@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// A light panel and its shadow. Of the shadow only the edge is drawn: the rest would lie under the
+// panel and be blended again with each frame.
+Item {
+    SoftShadow {
+        id: shadow
+
+        anchors.fill: face
+        source: face
+        visible: false
+    }
+
+    OuterEdge {
+        anchors.fill: face
+        effect: shadow
+    }
+
+    Rectangle {
+        id: face
+
+        anchors.fill: parent
+        color: Theme.panel
+        radius: 4
+    }
+}

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+import QtQuick
+
+// A button with a shadow of its background alone: a shadow of the label would smudge it.
+MyButton {
+    id: button
+
+    z: 1
+
+    SoftShadow {
+        anchors.fill: button
+        opacity: button.background.opacity
+        parent: button.parent
+        source: button.background
+        visible: button.visible
+    }
+}
