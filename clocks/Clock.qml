@@ -8,10 +8,10 @@ Item {
 
     property string city
     property string dataStr // declared, never used
-    // What the clock shows; the present while it is null.
+    // The time shown; null: the current time.
     property var givenTime: panel && panel.givenTime ? panel.givenTime : null
     property int hours
-    // Hands that nobody sees take their places at once, which costs next to nothing.
+    // Invisible hands are not animated.
     readonly property bool inSight: Window.visibility !== Window.Hidden && Window.visibility !== Window.Minimized
                                     && (!ListView.view || x < ListView.view.contentX + ListView.view.width
                                         && x + width > ListView.view.contentX)
@@ -22,13 +22,13 @@ Item {
     property int seconds
     property real shift
 
-    // Writing a date in words is dear, so it is done once a day.
+    // Formatting a date in words is expensive, so it is done once a day.
     property string dateKey
     property string dateText
 
     function timeChanged() {
         const date = givenTime ? givenTime : new Date();
-        // Deliberately not reduced to a day: in the eastern zones the night face lasts into the day.
+        // Not reduced to 0..23, intentional: in the eastern zones the night face lasts into the day.
         hours = internationalTime ? date.getUTCHours() + Math.floor(shift) : date.getHours();
         night = hours < 7 || hours > 19;
         minutes = internationalTime ? date.getUTCMinutes() + (shift % 1) * 60 : date.getMinutes();
@@ -59,7 +59,7 @@ Item {
             Behavior on angle {
                 enabled: hand.animated
 
-                // Without the epsilon the spring would swing, unseen, until the next second.
+                // Without the epsilon the spring would swing invisibly until the next second.
                 SpringAnimation {
                     id: swing
 
@@ -80,7 +80,7 @@ Item {
            ? ListView.view.width / Math.floor(ListView.view.width / 200) : 200
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }
@@ -99,8 +99,8 @@ Item {
         height: 240
         width: 200
 
-        // Drawn once into a texture, so that the moving hands do not blur the face anew. In the control
-        // panel it begins at a multiple of 4, which is a whole pixel at scales of 1.25, 1.5 and 1.75 too.
+        // Cached as a texture, so that the moving hands do not cause another blur. In the control panel
+        // it starts at a multiple of 4, which is a whole pixel at scales of 1.25, 1.5 and 1.75 too.
         Item {
             height: 332
             layer.enabled: true
@@ -175,7 +175,7 @@ Item {
             source: "center.png"
         }
 
-        // The folder that it comes from exists among the resources only.
+        // qrc:/ is not known to qmllint.
         // qmllint disable
         SoftShadow {
             anchors.fill: cityLabel
@@ -195,7 +195,7 @@ Item {
             anchors.horizontalCenter: parent.horizontalCenter
             color: "#fdfdfd"
             font.bold: false
-            font.family: fontPalatino.font.family
+            font.family: fontPalantino.font.family
             font.pixelSize: 26
             objectName: "cityLabel"
             style: Text.Raised

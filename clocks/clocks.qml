@@ -12,7 +12,7 @@ RowLayout {
         highlightRangeMode: ListView.ApplyRange
         orientation: ListView.Horizontal
         snapMode: ListView.SnapOneItem
-        // Toolkits since 6.5 lay a window out when it is first shown; the clocks tick before.
+        // Since Qt 6.5 a window is laid out when it is first shown; the clocks tick before.
         width: Math.max(parent.width, 1)
 
         delegate: Component {
@@ -128,7 +128,7 @@ RowLayout {
                 }
             }
 
-            // The arrow keys go on from the clock that dragging left in sight.
+            // The arrow keys continue from the clock that is visible after dragging.
             onMovementEnded: currentIndex = indexAt(contentX + width / 2, height / 2)
         }
 

@@ -64,7 +64,7 @@ Window {
     }
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }
@@ -119,7 +119,7 @@ Window {
             anchors.topMargin: 65
             color: "black"
             font.bold: true
-            font.family: fontPalatino.font.family
+            font.family: fontPalantino.font.family
             font.pixelSize: 22
             horizontalAlignment: Text.AlignHCenter
             objectName: "title"
@@ -134,27 +134,27 @@ Window {
             width: parent.width
 
             ContactText {
-                font.family: fontPalatino.font.family
+                font.family: fontPalantino.font.family
                 font.pixelSize: 20
                 text: "Помощь: дежурный инженер станции"
             }
 
             Link {
-                font.family: fontPalatino.font.family
+                font.family: fontPalantino.font.family
                 objectName: "webLink"
                 text: "example.org"
                 url: "https://example.org"
             }
 
             Link {
-                font.family: fontPalatino.font.family
+                font.family: fontPalantino.font.family
                 objectName: "mailLink"
                 text: "ork2@example.org"
                 url: "mailto:ork2@example.org"
             }
 
             ContactText {
-                font.family: fontPalatino.font.family
+                font.family: fontPalantino.font.family
                 objectName: "closingLine"
                 text: "2026 г., разработчики терминала ОРК-2"
             }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// Keeps what seldom changes as one picture, so that a movement over it does not draw it all anew.
-// Its parent lies in the window itself.
+// Caches content that rarely changes as one texture, so that an animation above it does not redraw
+// it. Its parent must be a direct child of the window.
 Item {
     id: backdrop
 
@@ -11,7 +11,7 @@ Item {
     clip: true
 
     // Multiples of 4 are whole pixels at scales of 1.25, 1.5 and 1.75 too, so that the picture is as
-    // sharp as its content. It begins and ends at such places of the window.
+    // sharp as its content. It starts and ends at such positions in the window.
     Item {
         readonly property real above: backdrop.parent ? backdrop.parent.y % 4 : 0
 

@@ -2,7 +2,7 @@
 import QtQuick
 import QtCharts
 
-// Frame, height scale and grid of the chart; the layers lie over it.
+// Frame, height scale and grid of the chart; the layers are drawn on top of it.
 ChartView {
     id: chartView
 
@@ -10,7 +10,7 @@ ChartView {
     readonly property real pixelRatio: Screen.devicePixelRatio
     readonly property alias timeAxis: axiX
 
-    // The five lines of the grid are equally thick where whole pixels lie between them.
+    // The five lines of the grid are equally thick if the distance between them is a whole number of pixels.
     function fitGrid() {
         const highest = Math.round(plotArea.height) + margins.bottom - lowestMargin;
         margins.bottom = lowestMargin + highest % gridStep();
@@ -40,7 +40,7 @@ ChartView {
     onPixelRatioChanged: fitGrid()
     onPlotAreaChanged: fitGrid()
 
-    // Attached to nothing, like valueAxisX.
+    // Not attached to a series, like valueAxisX.
     CategoryAxis {
         id: barCategoriesAxis
 

@@ -2,7 +2,7 @@
 import QtQuick
 import Qt5Compat.GraphicalEffects
 
-// Soft glow around the chart, which is drawn over it.
+// Soft glow around the chart; the chart is drawn on top of it.
 Item {
     Rectangle {
         id: frame

@@ -34,7 +34,8 @@ Window {
         width: 40
     }
 
-    // Once a lamp has been lit, its effect keeps blur and brightness: only the colour goes out again.
+    // Once a lamp has been lit, its effect keeps blur and brightness, intentional: switching it off
+    // restores only the colour.
     component LampEffect: MultiEffect {
         id: effect
 
@@ -78,7 +79,7 @@ Window {
     width: 640
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }
@@ -218,7 +219,7 @@ Window {
                     color: "#fafafa"
                     font.bold: false
                     font.capitalization: Font.Capitalize
-                    font.family: fontPalatino.font.family
+                    font.family: fontPalantino.font.family
                     font.pixelSize: 30
                     objectName: "calendar"
                     style: Text.Raised

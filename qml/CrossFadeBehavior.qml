@@ -2,7 +2,7 @@
 import QtQuick
 
 // Shows a guarded change of an item as a cross-fade between pictures of its old and its new look.
-// Own animations get the picture to animate in a property "target".
+// Custom animations receive the picture to animate in a property "target".
 Behavior {
     id: behavior
 
@@ -74,7 +74,7 @@ Behavior {
     }
 
     function beginExit() {
-        // A change within the wait meets the picture of the same old look.
+        // A change during the wait reuses the picture of the old look.
         if (leaving)
             return;
         leaving = takeSnapshot(false);

@@ -2,14 +2,14 @@
 import QtQuick
 
 // Draws an item whose dots glow, each in its own colour: radius 8, 15 samples, spread 0.25. The blur
-// works on half the pixels in each direction, which cannot be told from the full one in a picture.
+// works on half the pixels in each direction, which looks the same as the full resolution.
 Item {
     id: dotGlow
 
     required property Item source
 
     readonly property int border: 16
-    // The glow is so much brighter than the blur that it is made of: a spread of 0.25.
+    // How much brighter the glow is than its blur: a spread of 0.25.
     readonly property real strength: 1 / (1 - 0.98 * 0.25)
     // Multiples of 4 are whole pixels at scales of 1.25, 1.5 and 1.75 too.
     readonly property int fullHeight: Math.ceil((height + 2 * border) / 4) * 4

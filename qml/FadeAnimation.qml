@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// For a Behavior: fades a property of the target out, lets the guarded change happen, fades it in.
+// For a Behavior: fades a property of the target out, applies the guarded change, fades it in.
 SequentialAnimation {
     id: fade
 

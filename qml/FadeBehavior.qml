@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// Fades the target away, lets the guarded change happen, and fades it back to where it was.
+// Fades the target away, applies the guarded change, and fades it back.
 Behavior {
     id: behavior
 
@@ -18,7 +18,7 @@ Behavior {
         return easingType === "Linear" ? Easing.Linear : Easing[direction + easingType];
     }
 
-    // A change in the middle of a fade must not take the half-faded value for the target's own.
+    // A change during a fade must not mistake the half-faded value for the target's own value.
     onTargetValueChanged: {
         if (fadeTarget && !steps.running)
             restingValue = fadeTarget[fadeProperty];

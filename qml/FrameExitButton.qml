@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// The one button in the lower right corner of a frame; text and size may be set by the window.
+// The button in the lower right corner of a frame; a window may set text and size.
 ShadowedButton {
     anchors.bottom: parent.bottom
     anchors.bottomMargin: 8

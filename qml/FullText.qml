@@ -2,8 +2,8 @@
 import QtQuick
 import QtQuick.Controls.Basic
 
-// Tool tip with the whole of a text that its place had to shorten. The text is not the program's
-// own, so it is shown letter by letter.
+// Tool tip with the full text of an elided item. The text comes from outside the program, so it is
+// shown as plain text.
 ToolTip {
     id: tip
 

@@ -10,8 +10,8 @@ Item {
     property string title
     readonly property alias firstLayer: firstLayer
     readonly property alias secondLayer: secondLayer
-    // The background chart's plot area as the layers see it, so that the dots stand on the drawn
-    // scale. Qt Charts draws a dot a pixel higher than a line, and evenly only at a half.
+    // The background chart's plot area in the layers' coordinates, so that the dots match the drawn
+    // scale. Qt Charts draws a dot one pixel higher than a line, and symmetrically only at half pixels.
     readonly property rect plotOnLayer: Qt.rect(background.plotArea.x - layers.x,
                                                 belowPixel(background.plotArea.y) - layers.y,
                                                 background.plotArea.width, background.plotArea.height)
@@ -34,8 +34,8 @@ Item {
         return Math.abs(seconds - mainBackEnd.xMinRange) > 1;
     }
 
-    // Between two plotted points a slide of less than a pixel cannot be seen, and the dots are left
-    // alone while they are still on their way to a new width.
+    // Between two plotted points a slide of less than a pixel is invisible, and dots that are still
+    // moving to a new width are left unchanged.
     function isSlideSeen(layer) {
         const pixel = mainBackEnd.xMinRange * 1000 / background.plotArea.width;
         return !widening.running && windowEnd().getTime() - layer.timeAxis.max.getTime() >= pixel;
@@ -50,7 +50,7 @@ Item {
         layer.moveTo(windowStart(), windowEnd(), isWidened(layer));
     }
 
-    // To the present, with each plotted point and with a new width.
+    // After each plotted point and after a change of the width.
     function moveToNow() {
         if (isWidened(secondLayer))
             widening.restart();
@@ -59,7 +59,7 @@ Item {
         moveLayer(secondLayer);
     }
 
-    // With each reading between two points.
+    // After each reading, between two plotted points.
     function slideFirstLayer() {
         if (isSlideSeen(firstLayer)) {
             moveScale();

@@ -2,13 +2,13 @@
 import QtQuick
 import QtCharts
 
-// One layer's dots, to lie over the background chart, without a frame or scale of their own.
+// One layer's dots, without a frame or a scale; drawn on top of the background chart.
 ChartView {
     id: layer
 
     property alias dotOpacity: dots.opacity
     required property color layerColor
-    // What the layer's objects are called by: "F" and "", or "S" and "2".
+    // Parts of the names of the layer's objects: "F" and "", or "S" and "2".
     required property string letter
     required property string number
     readonly property alias linearAxis: linearAxis
@@ -16,8 +16,8 @@ ChartView {
     readonly property alias dots: dots
     readonly property alias timeAxis: timeAxis
 
-    // The removal of the oldest points, when the chart is thinned, happens while the opacity is 0.
-    // The animation of a removal would lead the dots astray, so there is none.
+    // Removes the oldest points: an opacity of 0 triggers it. Not animated, since the animation of a
+    // removal moves the remaining dots to wrong places.
     function thin() {
         animationOptions = ChartView.NoAnimation;
         opacity = 0;
@@ -26,8 +26,8 @@ ChartView {
         animationOptions = ChartView.SeriesAnimations;
     }
 
-    // A change of width is animated. A slide is not: an animated one redraws all dots for 3 s, so
-    // with a reading a second the window would never rest.
+    // A change of the width is animated. A slide is not: it would redraw all dots for 3 s, that is,
+    // without pause at one reading a second.
     function moveTo(start, end, animated) {
         if (!animated)
             animationOptions = ChartView.NoAnimation;
@@ -36,7 +36,7 @@ ChartView {
         animationOptions = ChartView.SeriesAnimations;
     }
 
-    // Told to remove more points than there are, Qt Charts reads beyond their end.
+    // Qt Charts reads past the end if it has to remove more points than there are.
     function removeOldest() {
         dots.removePoints(0, Math.min(2000, dots.count));
     }

@@ -39,7 +39,7 @@ Item {
         source: "qrc:/settings/Fonts/DS-Digital/DS-DIGI.TTF"
     }
 
-    // Loaded as everywhere in the program, though nothing here is drawn in it.
+    // Loaded but not used.
     FontLoader {
         id: fontGost
 
@@ -83,7 +83,7 @@ Item {
         textFormat: Text.PlainText
     }
 
-    // Over the value: drawn only once, its digits would have coloured edges.
+    // On top of the value: digits drawn only once have coloured edges.
     MultiEffect {
         id: valueShadow
 

@@ -25,7 +25,7 @@ MenuBar {
         implicitWidth: 200
         padding: 0
 
-        // No entry has a submenu or is checkable, so arrow and indicator never show.
+        // No entry has a submenu or is checkable, so arrow and indicator are never visible.
         arrow: Canvas {
             implicitHeight: 22
             implicitWidth: entry.arrowWidth
@@ -115,15 +115,15 @@ MenuBar {
             }
         }
     }
-    font.family: fontPalatino.font.family
+    font.family: fontPalantino.font.family
 
     delegate: MenuBarItem {
         id: barItem
 
         property bool closedAtPress: true
 
-        // Escape does not tell Qt's menu bar that the menu of the item under the pointer is closed:
-        // the next trigger only closes it once more.
+        // After Escape, Qt's menu bar still considers the menu of the item under the pointer open, and
+        // the next trigger only closes it again.
         function openIfStillClosed() {
             if (!menu.visible)
                 triggered();
@@ -140,7 +140,7 @@ MenuBar {
         focusPolicy: Qt.StrongFocus
         implicitHeight: 22
 
-        // Later, since the menu bar reacts to the click after this.
+        // Deferred, since the menu bar handles the click after this handler.
         onClicked: {
             if (closedAtPress)
                 Qt.callLater(openIfStillClosed); // qmllint disable
@@ -167,14 +167,14 @@ MenuBar {
     }
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }
 
     Menu {
         bottomPadding: 1
-        font.family: fontPalatino.font.family
+        font.family: fontPalantino.font.family
         objectName: "fileMenu"
         title: "Файл"
         topPadding: 1
@@ -210,7 +210,7 @@ MenuBar {
 
     Menu {
         bottomPadding: 1
-        font.family: fontPalatino.font.family
+        font.family: fontPalantino.font.family
         objectName: "toolsMenu"
         title: "Инструменты"
         topPadding: 1
@@ -234,7 +234,7 @@ MenuBar {
 
     Menu {
         bottomPadding: 1
-        font.family: fontPalatino.font.family
+        font.family: fontPalantino.font.family
         objectName: "helpMenu"
         title: "Справка"
         topPadding: 1

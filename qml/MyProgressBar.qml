@@ -3,12 +3,12 @@ import QtQuick
 import QtQuick.Templates as T
 import Qt5Compat.GraphicalEffects
 
-// Upright level bar that runs by itself.
+// Vertical level bar that animates itself. Kept in the resources; no document uses it.
 T.ProgressBar {
     id: control
 
     component GlossyBar: Item {
-        // Where the colours end: a short bar shows the green side only.
+        // End of the gradient: a short bar shows only its green side.
         readonly property real gradientEnd: {
             if (width > 180)
                 return width;

@@ -5,7 +5,7 @@ Window {
     id: numberWindow
 
     readonly property font textFont: Qt.font({
-        "family": fontPalatino.font.family,
+        "family": fontPalantino.font.family,
         "pointSize": 14
     })
     property string uNumber: ""
@@ -75,7 +75,7 @@ Window {
     width: 480
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// Shows of an effect only the edge around an opaque item. The rest lies under that item, is never
-// seen, and would be blended anew with each frame.
+// Shows only that part of an effect that surrounds an opaque item. The rest is hidden under the item
+// and would be blended with each frame for nothing.
 Item {
     id: edge
 

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// A light panel and its shadow. Of the shadow only the edge is drawn: the rest would lie under the
-// panel and be blended again with each frame.
+// A light panel and the edge of its shadow.
 Item {
     SoftShadow {
         id: shadow

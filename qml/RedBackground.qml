@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// The red that lies around the light panels.
+// Red background of a window.
 Rectangle {
     id: background
 

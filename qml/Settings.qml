@@ -32,12 +32,12 @@ Window {
 
     onActiveChanged: followActivity()
     onCurrentPortNumChanged: portBox.updateShownText()
-    // The list only grows: a port seen again is entered again, and that is meant.
+    // The list only grows, intentional: a port that is reported again is appended again.
     onDataCppChanged: portModel.append({
         "textInput": dataCpp
     })
-    // A window that is closed ceases to be active without a signal of it, with some versions of the
-    // toolkit a moment later.
+    // A window that is closed becomes inactive without a signal, with some versions of Qt a moment
+    // later.
     onVisibleChanged: Qt.callLater(followActivity) // qmllint disable
 
     FontLoader {
@@ -45,7 +45,7 @@ Window {
     }
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }
@@ -75,7 +75,7 @@ Window {
             objectName: "fileBox"
             width: Math.ceil(wholeText.width)
 
-            // Gives the box its size, which may be wider than the panel.
+            // Determines the size of the box, which may be wider than the panel.
             Text {
                 id: wholeText
 
@@ -93,10 +93,10 @@ Window {
 
                 Accessible.name: "Файл настроек: " + wholeText.text
                 Accessible.role: Accessible.StaticText
-                font.family: fontPalatino.font.family
+                font.family: fontPalantino.font.family
                 font.pointSize: 14
                 objectName: "fileText"
-                // Line by line, since Qt shortens only the last line of a text.
+                // Line by line, since Qt elides only the last line of a text.
                 text: fileBox.width <= room ? wholeText.text : wholeText.text.split("\n").map(
                           line => fontMetrics.elidedText(line, Qt.ElideRight, room)).join("\n")
                 textFormat: Text.PlainText
@@ -120,7 +120,7 @@ Window {
 
             anchors.right: portBox.left
             anchors.verticalCenter: portBox.verticalCenter
-            font.family: fontPalatino.font.family
+            font.family: fontPalantino.font.family
             font.pointSize: 14
             objectName: "portLabel"
             text: "Port:  "
@@ -129,15 +129,15 @@ Window {
         ComboBox {
             id: portBox
 
-            // Set by hand, since each change may in turn change what it is made of.
+            // Not a binding, since a change may in turn change the values it depends on.
             property string shownText: "----"
 
-            // While nothing has been chosen, the box agrees with the port in use.
+            // The port in use as long as none has been chosen.
             function chosenText() {
                 return currentText !== "" ? currentText : settings.currentPortNum;
             }
 
-            // Home, End and the search for a letter would choose a port in the closed list, unseen.
+            // Home, End and a letter would change the choice while the list is closed.
             function choosesUnseen(event) {
                 const harmless = [Qt.Key_Tab, Qt.Key_Backtab, Qt.Key_Escape, Qt.Key_Return, Qt.Key_Enter, Qt.Key_Space];
                 return !popup.visible && (event.key === Qt.Key_Home || event.key === Qt.Key_End
@@ -160,12 +160,12 @@ Window {
 
             Accessible.name: "Порт"
             anchors.left: parent.left
-            // At the file text's left edge, unless that leaves no room for the label.
+            // Aligned with the file text unless that leaves no room for the label.
             anchors.leftMargin: Math.max(fileBox.x, portLabel.width + 6)
             anchors.top: fileBox.bottom
             anchors.topMargin: 20
             displayText: chosenText()
-            font.family: fontPalatino.font.family
+            font.family: fontPalantino.font.family
             font.pointSize: 14
             model: portModel
             objectName: "portBox"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// A button with a shadow of its background alone: a shadow of the label would smudge it.
+// A button whose background casts a shadow; a shadow of the label would blur it.
 MyButton {
     id: button
 

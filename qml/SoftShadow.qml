@@ -2,8 +2,8 @@
 import QtQuick
 import Qt5Compat.GraphicalEffects
 
-// The soft shadow of an item, to lie below it. Qt's MultiEffect would draw the item a second time, which
-// thickens borders and letters, and since Qt 6.8 a light shadow on a light panel without its rim.
+// Soft shadow of an item, to be placed below it. Qt's MultiEffect also draws the item again, which
+// thickens borders and letters, and since Qt 6.8 light shadows on a light panel have no rim.
 Item {
     id: shadow
 
@@ -13,7 +13,7 @@ Item {
     property real shadowHorizontalOffset: 1
     property real shadowVerticalOffset: 1
     required property Item source
-    property real strength: 1 // above 1 the shadow is darker than the blur that it is made of
+    property real strength: 1 // above 1: darker than the blur
 
     readonly property int padding: alignedUp(shadowBlur * blurMax + 2)
 

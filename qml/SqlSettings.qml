@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
-// Frame for the database's settings: has no fields yet and nothing shows it, which is meant.
+// Frame for the database settings. Has no fields and is never shown, intentional: the upload is
+// dormant.
 Window {
     id: sqlSettings
 

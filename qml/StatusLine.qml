@@ -25,7 +25,7 @@ Text {
             height: parent.height
             maximumLineCount: 1
             objectName: "statusLabel"
-            // The port's messages contain a tab and a carriage return, which are not for the eye.
+            // The port's messages contain a tab and a carriage return, which are not shown.
             text: " " + line.status.replace(/[\r\n]+/g, "").replace(/\t/g, " ")
             textFormat: Text.PlainText
             verticalAlignment: Text.AlignVCenter

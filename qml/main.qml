@@ -9,7 +9,7 @@ ApplicationWindow {
     property string counterData: " Статус: Прибор остановлен"
     property string firstCloudAlt: "----"
     property string secondCloudAlt: "----"
-    // Declared and never read, like i below.
+    // Declared, never read, like i below.
     property string chanelLED: "#3f3f3f"
     property string unitNum: ""
     property string unitYr: ""
@@ -22,26 +22,26 @@ ApplicationWindow {
     property int i: 0
     readonly property var fLayerCloudSeries: heightChart.firstLayer.dots
     readonly property var sLayerCloudSeries: heightChart.secondLayer.dots
-    // These can lie behind the main window, and its modal windows do not block them: declared as its
-    // children they would get it as transient parent.
+    // May be stacked below the main window and are not blocked by its modal windows. As children of
+    // the main window they would have it as transient parent.
     property list<Window> independentWindows
 
-    // Nothing emits it.
+    // Declared, never emitted.
     signal exitApp
 
     function heightFor(screenHeight) {
         return screenHeight < 850 ? 640 : 750;
     }
 
-    // The height is bound until the window has been created, so that it opens with it: a window that
-    // shrinks while it is being shown may keep its first height for seconds.
+    // The height is bound until the window has been created: a window that shrinks while it is being
+    // shown may keep its first height for seconds.
     function fitScreen(screenHeight) {
         minimumHeight = heightFor(screenHeight);
         height = minimumHeight;
     }
 
     function open(panel) {
-        // true rather than show(): Qt 6.4 takes show() back right after the main window has appeared.
+        // Not show(): Qt 6.4 undoes it right after the main window has appeared.
         panel.visible = true;
         if (panel.visibility === Window.Minimized)
             panel.showNormal();
@@ -49,7 +49,7 @@ ApplicationWindow {
         panel.requestActivate();
     }
 
-    // A modal window blocks the one that it was opened from and stays above it.
+    // A modal window blocks the window from which it was opened and stays above it.
     function openAbove(panel, opener) {
         if (!panel.visible)
             panel.transientParent = opener.visible ? opener : window;
@@ -260,8 +260,7 @@ ApplicationWindow {
                 onTriggered: Qt.quit()
             }
         }
-        // Given earlier, the picture would be set after the icon is shown, and Qt would warn. It is
-        // there at once, since the About window has loaded it.
+        // With an icon.source binding, Qt would show the icon before its picture is set, and warn.
         Component.onCompleted: {
             icon.source = "qrc:/img/logoKAS.png";
             visible = true;
@@ -273,7 +272,7 @@ ApplicationWindow {
         }
     }
 
-    // What stays the same between two readings.
+    // Content that does not change between two readings.
     Backdrop {
         anchors.fill: parent
 
@@ -404,7 +403,7 @@ ApplicationWindow {
         }
     }
 
-    // What moves with each reading or blinks.
+    // Content that changes with each reading or blinks.
     Item {
         height: panel.height
         width: panel.width

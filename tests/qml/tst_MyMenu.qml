@@ -71,7 +71,7 @@ Item {
                 compare(item.background.implicitWidth, 20);
                 compare(item.background.implicitHeight, 20);
                 compare(item.background.radius, 3);
-                compare(item.contentItem.font.family, fontPalatino.font.family);
+                compare(item.contentItem.font.family, fontPalantino.font.family);
                 verify(Qt.colorEqual(item.contentItem.color, "#252525"));
                 verify(Qt.colorEqual(item.background.color, "transparent"));
                 verify(!item.contentItem.truncated);
@@ -135,7 +135,7 @@ Item {
                 compare(box.width, row.box);
                 compare(box.radius, row.radius);
                 compare(box.children[0].width, row.mark);
-                compare(entry.contentItem.font.family, fontPalatino.font.family);
+                compare(entry.contentItem.font.family, fontPalantino.font.family);
                 compare(entry.contentItem.horizontalAlignment, Text.AlignLeft);
                 compare(entry.contentItem.elide, Text.ElideRight);
                 verify(!entry.contentItem.truncated, entry.text);
@@ -256,7 +256,7 @@ Item {
     }
 
     FontLoader {
-        id: fontPalatino
+        id: fontPalantino
 
         source: "qrc:/settings/Fonts/Palantino/pala.ttf"
     }

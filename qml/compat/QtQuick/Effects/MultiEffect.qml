@@ -2,8 +2,8 @@
 import QtQuick
 import Qt5Compat.GraphicalEffects
 
-// Stand-in for the toolkit's effect of this name, as far as the documents use it. An effect that is
-// off costs no pass.
+// Replacement for Qt's effect of the same name, as far as the documents use it. An effect that is off
+// needs no pass.
 Item {
     id: effect
 
@@ -36,7 +36,7 @@ Item {
         return Math.ceil(length / 4) * 4;
     }
 
-    // The picture that a layer hands over has no size of its own; drawn like this it gets one.
+    // The source of a layer has no size; this item gives it one.
     ShaderEffect {
         id: layerPicture
 
