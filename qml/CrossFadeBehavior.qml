@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
+// Kept in the resources; no document uses it.
 // Shows a guarded change of an item as a cross-fade between pictures of its old and its new look.
 // Custom animations receive the picture to animate in a property "target".
 Behavior {

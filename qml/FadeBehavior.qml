@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 
+// Kept in the resources; no document uses it but VisibleBehavior.
 // Fades the target away, applies the guarded change, and fades it back.
 Behavior {
     id: behavior
