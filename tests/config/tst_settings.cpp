@@ -130,7 +130,7 @@ void tst_settings::keys_emptyStore_giveDefaults()
 
 void tst_settings::value_tooLong_countsAsAbsent()
 {
-    const QString longest(ork2::kLongestValue, u'7');
+    const QString longest(ork2::kMaxValueLength, u'7');
     profile::store(ork2::kUnitNumber, longest);
     QCOMPARE(ork2::storedText(ork2::kUnitNumber), longest);
     profile::store(ork2::kUnitNumber, longest + u'7');

@@ -12,7 +12,7 @@ template <Reader function> struct Reach
 {
     friend Reader reader() { return function; }
 };
-template struct Reach<&settings::takeValues>;
+template struct Reach<&settings::parseValues>;
 
 } // namespace
 
