@@ -11,9 +11,9 @@ namespace ork2 {
 
 namespace {
 
-constexpr qint64 kLongestPeriodMs = 3'600'000;
+constexpr qint64 kMaxPeriodMs = 3'600'000;
 
-// Every option's text, taken out of the parser one by one; the first fault is kept.
+// Reads the options from the parser one by one; keeps the first error.
 class OptionReader
 {
 public:
@@ -79,33 +79,34 @@ private:
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Plays a cloud-base height meter on a pseudo-terminal and prints \"ready PATH\" whenever\n"
-        "there is one to open. While nobody has it open, readings are lost, as on a real line."));
+        "Simulates a cloud-base height meter on a pseudo-terminal and prints \"ready PATH\" when "
+        "it\n"
+        "can be opened. While no program has it open, readings are lost, as on a real line."));
     parser.addOptions({
         {QStringLiteral("scenario"),
-            QStringLiteral("What to play: weather (default), errors, faults, or a scenario file."),
+            QStringLiteral("Scenario: weather (default), errors, faults, or a scenario file."),
             QStringLiteral("NAME|FILE")},
         {QStringLiteral("replay"),
-            QStringLiteral("Play the readings of a day file of the terminal, one a period."),
+            QStringLiteral("Send the readings of a day file of the terminal, one per period."),
             QStringLiteral("DAYFILE")},
         {QStringLiteral("period"),
-            QStringLiteral("Milliseconds from one reading to the next, default 1000. 0: flat out; "
-                           "then the simulator waits for the reader and nothing is lost."),
+            QStringLiteral("Milliseconds between readings, default 1000. 0: as fast as possible; "
+                           "the simulator waits for the reader and no reading is lost."),
             QStringLiteral("MS")},
         {QStringLiteral("delivery"),
-            QStringLiteral("whole (default): a reading in one piece; "
-                           "bytes: byte by byte at the pace of 9600 baud."),
+            QStringLiteral("whole (default): each reading in one write; "
+                           "bytes: byte by byte at 9600 baud."),
             QStringLiteral("whole|bytes")},
-        {QStringLiteral("seed"), QStringLiteral("Same number, same bytes; default 1."),
+        {QStringLiteral("seed"), QStringLiteral("Seed of the random numbers; default 1."),
             QStringLiteral("N")},
         {QStringLiteral("count"),
-            QStringLiteral("End after N readings, damaged ones, noise and \"bytes\" included."),
+            QStringLiteral("Exit after N readings, including corrupted ones, noise and \"bytes\"."),
             QStringLiteral("N")},
         {QStringLiteral("link"),
-            QStringLiteral("Make PATH a symbolic link to the pseudo-terminal while it is there."),
+            QStringLiteral("Create a symbolic link PATH to the pseudo-terminal while it exists."),
             QStringLiteral("PATH")},
         QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")},
-            QStringLiteral("Print this text.")),
+            QStringLiteral("Show this help.")),
     });
 }
 
@@ -128,7 +129,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     options.dayFile = reader.text(QStringLiteral("replay"));
     options.linkPath = reader.text(QStringLiteral("link"));
     options.delivery = reader.delivery();
-    if (const auto period = reader.number(QStringLiteral("period"), 0, kLongestPeriodMs)) {
+    if (const auto period = reader.number(QStringLiteral("period"), 0, kMaxPeriodMs)) {
         options.period = std::chrono::milliseconds(*period);
     }
     if (const auto seed =

@@ -12,7 +12,7 @@ namespace ork2 {
 
 namespace {
 
-// What one line asks for, or what is wrong with it.
+// The content of a line, or the error in it.
 struct Line
 {
     std::optional<ScriptStep> step;
@@ -58,14 +58,14 @@ Line readingLine(const QList<QByteArray> &words)
         return wrong(QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
     }
 
-    // Any digit may be played, also one that is no channel.
+    // Any digit is allowed, including those that are not channels.
     Reading reading{static_cast<Channel>(words[1].front()), 0, 0};
     for (auto [word, height] :
         {std::pair(words[2], &reading.firstLayer), std::pair(words[3], &reading.secondLayer)}) {
-        const std::optional<int> number = wholeNumber(word, 0, kHighestHeight);
+        const std::optional<int> number = wholeNumber(word, 0, kMaxHeight);
         if (!number) {
             return wrong(QStringLiteral("a height must be a whole number from 0 to %1, not %2")
-                             .arg(kHighestHeight)
+                             .arg(kMaxHeight)
                              .arg(quoted(word)));
         }
         *height = *number;
@@ -73,11 +73,11 @@ Line readingLine(const QList<QByteArray> &words)
 
     std::optional<int> times = 1;
     if (words.size() == 5) {
-        times =
-            words[4].startsWith('x') ? wholeNumber(words[4].mid(1), 1, kMostTimes) : std::nullopt;
+        times = words[4].startsWith('x') ? wholeNumber(words[4].mid(1), 1, kMaxRepetitions)
+                                         : std::nullopt;
         if (!times) {
             return wrong(QStringLiteral("the repetition must be x1 to x%1, not %2")
-                             .arg(kMostTimes)
+                             .arg(kMaxRepetitions)
                              .arg(quoted(words[4])));
         }
     }
@@ -89,22 +89,22 @@ Line bytesLine(const QList<QByteArray> &words)
     QByteArray bytes;
     for (const QByteArray &word : words.mid(1)) {
         const QByteArray decoded = QByteArray::fromHex(word);
-        // fromHex() skips what is no digit; writing back shows whether it did.
+        // fromHex() ignores invalid characters; toHex() detects them.
         if (decoded.toHex() != word.toLower()) {
             return wrong(QStringLiteral("%1 is not made of bytes, two hexadecimal digits each")
                              .arg(quoted(word)));
         }
         bytes += decoded;
     }
-    if (bytes.isEmpty() || bytes.size() > kMostScriptBytes) {
-        return wrong(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMostScriptBytes));
+    if (bytes.isEmpty() || bytes.size() > kMaxScriptBytes) {
+        return wrong(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMaxScriptBytes));
     }
     return playing(Transmission{bytes});
 }
 
 Line pauseLine(const QList<QByteArray> &words)
 {
-    const auto longest = static_cast<int>(kLongestPause.count());
+    const auto longest = static_cast<int>(kMaxPause.count());
     const std::optional<int> number =
         words.size() == 2 ? wholeNumber(words[1], 0, longest) : std::nullopt;
     if (!number) {
@@ -148,7 +148,7 @@ bool transmits(const Script &script)
         [](const ScriptStep &step) { return std::holds_alternative<Transmission>(step.step); });
 }
 
-// Adds the line to the script; the text is what hinders, if anything does.
+// Adds the line to the script. Returns an error message, or an empty string on success.
 QString addLine(Script &script, Line line)
 {
     if (!line.error.isEmpty()) {
@@ -172,17 +172,17 @@ QString addLine(Script &script, Line line)
 QString scenarioFileHelp()
 {
     return QStringLiteral(
-        "Scenario file, one step a line:\n"
+        "Scenario file, one step per line:\n"
         "  reading CHANNEL FIRST SECOND [xN]  a reading: channel digit, heights 0 to 9999, N "
         "times\n"
-        "  bytes HEX...                       any bytes, in place of a reading\n"
-        "  silence MS                         a pause, on top of the period\n"
-        "  unplug MS                          the cable is pulled and comes back after MS\n"
-        "  repeat                             as last line: from the start, without end\n"
-        "  # comment                          to the end of the line; empty lines are skipped\n"
+        "  bytes HEX...                       any bytes, instead of a reading\n"
+        "  silence MS                         a pause, in addition to the period\n"
+        "  unplug MS                          unplug the cable for MS milliseconds\n"
+        "  repeat                             as the last line: repeat from the start, forever\n"
+        "  # comment                          to the end of the line; empty lines are ignored\n"
         "Example:\n"
         "  reading 0 850 1500 x10\n"
-        "  bytes 48 30 0D  # a torn reading\n"
+        "  bytes 48 30 0D  # an incomplete reading\n"
         "  silence 6000\n"
         "  repeat\n");
 }
