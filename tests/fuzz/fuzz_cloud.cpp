@@ -25,6 +25,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             fuzz::check(channel == QString::fromLatin1(frame.mid(1, 1)), "channel is as sent");
         });
     parser.parseCloudData(frame);
-    fuzz::check(heights == 1 && channels == 1, "each is told once");
+    fuzz::check(heights == 1 && channels == 1, "each is emitted once");
     return 0;
 }
