@@ -10,11 +10,11 @@ class tst_datafolder : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void storedFolder_decides_data();
-    void storedFolder_decides();
+    void storedFolder_setsBothFolders_data();
+    void storedFolder_setsBothFolders();
 };
 
-void tst_datafolder::storedFolder_decides_data()
+void tst_datafolder::storedFolder_setsBothFolders_data()
 {
     QTest::addColumn<QString>("stored"); // null: nothing
     QTest::addColumn<QString>("dayFiles");
@@ -29,7 +29,7 @@ void tst_datafolder::storedFolder_decides_data()
                               << QStringLiteral("D:/Meteo/ORK2/Data/");
 }
 
-void tst_datafolder::storedFolder_decides()
+void tst_datafolder::storedFolder_setsBothFolders()
 {
     QFETCH(const QString, stored);
     QFETCH(const QString, dayFiles);

@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-// Keeps the debug log of its lifetime; messages of all threads. One at a time.
+// Records the debug log of all threads during its lifetime. Only one object may exist at a time.
 class LogCapture
 {
 public:
@@ -38,7 +38,7 @@ private:
     {
         const QMutexLocker lock(&s_current->m_mutex);
         s_current->m_lines << text;
-        // The toolkit's own tray stand-in shows itself before the icon that it was given.
+        // Qt's fallback tray icon is shown before its icon is set.
         const bool known = text == u"QSystemTrayIcon::setVisible: No Icon set";
         if (type != QtDebugMsg && type != QtInfoMsg && !known) {
             s_current->m_warnings << text;

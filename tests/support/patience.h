@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-// How long a test waits for what is to come, in milliseconds. A sanitizer on a busy machine slows a
-// program down many times over, and the toolkit's own 5 s were too few there.
+// The timeout for expected events, in milliseconds. A sanitizer on a busy machine slows a program
+// down considerably, so Qt's default of 5 s is not sufficient.
 constexpr int kPatienceMs = 60000;
