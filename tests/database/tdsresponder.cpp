@@ -81,6 +81,6 @@ QByteArrayList TdsResponder::rows() const
             m_folder.filePath(QStringLiteral("rows"))});
     dump.waitForFinished(kPatienceMs);
     QByteArrayList rows = dump.readAllStandardOutput().split('\n');
-    rows.removeLast(); // what follows the last line's end
+    rows.removeLast(); // empty text after the last line
     return rows;
 }
