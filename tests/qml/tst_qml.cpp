@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs the documents' tests on the program's own object graph, with a settings store of their own.
+// Runs the tests of the QML documents with the objects of the program and a separate settings
+// store.
 #include "mainbackend.h"
 #include "settings.h"
 #include "settingskeys.h"
@@ -17,9 +18,8 @@
 
 #include <memory>
 
-// What the tests see of the world outside the documents: the debug log, the settings store, the
-// addresses that were to be opened in other programs and the wishes to quit. Published as
-// "testLog".
+// Gives tests access to the debug log, the settings store, the URLs opened in other programs and
+// the number of quit requests. Available in the tests as "testLog".
 class TestLog : public QObject
 {
     Q_OBJECT
@@ -49,7 +49,7 @@ public:
         return m_lines;
     }
 
-    // Warnings and worse since the last clear().
+    // Warnings and errors since the last clear().
     Q_INVOKABLE QStringList warnings() const
     {
         const QMutexLocker lock(&m_mutex);
@@ -58,10 +58,10 @@ public:
 
     Q_INVOKABLE QStringList openedUrls() const { return m_openedUrls; }
 
-    // How often a document wanted the program to end since the last clear().
+    // The number of quit requests since the last clear().
     Q_INVOKABLE int quits() const { return m_quits; }
 
-    // At the start of each test.
+    // Called at the start of each test.
     Q_INVOKABLE void clear()
     {
         listen();
@@ -72,7 +72,7 @@ public:
         m_quits = 0;
     }
 
-    // Empty also while nothing is stored; isStored() tells the two apart.
+    // Returns an empty text if the key does not exist; see isStored().
     Q_INVOKABLE QString storedText(const QString &key) const
     {
         return ork2::settingsStore().value(key).toString();
@@ -108,7 +108,7 @@ private:
             QStringLiteral("mailto"), QStringLiteral("tel")};
     }
 
-    // The test framework puts its own handler in front of this one when the first test starts.
+    // The test framework installs its own handler when the first test starts.
     void listen()
     {
         const QtMessageHandler before = qInstallMessageHandler(keep);
@@ -122,7 +122,7 @@ private:
         {
             const QMutexLocker lock(&s_current->m_mutex);
             s_current->m_lines << text;
-            // The toolkit's own tray stand-in shows itself before the icon that it was given.
+            // Qt's fallback tray icon is shown before its icon is set.
             const bool harmless = text.contains(QLatin1String("XDG_RUNTIME_DIR"))
                 || text == u"QSystemTrayIcon::setVisible: No Icon set";
             if (type != QtDebugMsg && type != QtInfoMsg && !harmless) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every window as a picture beside the one in docs/screenshots/. With ORK2_SCREENSHOTS set to a
-// folder, the pictures are written there instead (tools/screenshots does that).
+// Compares screenshots of all windows with the references in docs/screenshots/. If ORK2_SCREENSHOTS
+// is set to a folder, the screenshots are saved there instead (see tools/screenshots).
 #include "terminal.h"
 
 #include "logcapture.h"
@@ -27,11 +27,11 @@
 
 namespace {
 
-// Both pictures are made four times smaller before they are compared: another machine draws letters
-// a little differently, but a thing that has moved by 6 pixels is somewhere else even then.
+// Both pictures are scaled down by 4 before the comparison: text rendering differs slightly between
+// machines, but an item that has moved by 6 pixels is still detected.
 constexpr int kReduction = 4;
-constexpr int kSeenDifference = 24;  // of 255, in one channel of one reduced pixel
-constexpr int kToleratedPixels = 12; // of the reduced picture
+constexpr int kVisibleDifference = 24; // of 255, in one channel of one reduced pixel
+constexpr int kToleratedPixels = 12;   // of the reduced picture
 
 QImage reduced(const QImage &picture)
 {
@@ -40,8 +40,8 @@ QImage reduced(const QImage &picture)
         .convertToFormat(QImage::Format_RGB32);
 }
 
-// Pixels of the reduced pictures that a person would call different; all of them if the sizes
-// differ.
+// Returns the number of visibly different pixels of the reduced pictures, or all pixels if the
+// sizes differ.
 int differentPixels(const QImage &one, const QImage &other)
 {
     const QImage a = reduced(one);
@@ -56,15 +56,15 @@ int differentPixels(const QImage &one, const QImage &other)
             const QColor q = b.pixelColor(x, y);
             const int difference = std::max(
                 {qAbs(p.red() - q.red()), qAbs(p.green() - q.green()), qAbs(p.blue() - q.blue())});
-            count += difference > kSeenDifference ? 1 : 0;
+            count += difference > kVisibleDifference ? 1 : 0;
         }
     }
     return count;
 }
 
-// The picture of a window in which nothing moves any more: titles fade in for 5 s, the grid for 3
-// s, lamps and hands swing, and all of it takes longer on a busy machine.
-QImage restingPicture(QQuickWindow &window)
+// Returns a screenshot of the window after all animations have ended: titles fade in for 5 s, the
+// grid for 3 s, lamps and clock hands move, and all of this takes longer on a busy machine.
+QImage idlePicture(QQuickWindow &window)
 {
     constexpr int kStillMs = 500;
     const QDeadlineTimer deadline(kPatienceMs);
@@ -87,14 +87,14 @@ class tst_windows : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void window_looksAsDocumented_data();
-    void window_looksAsDocumented();
-    void window_shownAgain_looksAsBefore_data();
-    void window_shownAgain_looksAsBefore();
+    void window_matchesReference_data();
+    void window_matchesReference();
+    void window_shownAgain_isUnchanged_data();
+    void window_shownAgain_isUnchanged();
 
 private:
     [[nodiscard]] QQuickWindow *window(const QString &name) const;
-    void plotSomeHours();
+    void plotSomePoints();
 
     std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<ork2::Terminal> m_terminal;
@@ -120,14 +120,14 @@ void tst_windows::initTestCase()
     panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(9, 8, 36), Qt::UTC));
     Q_EMIT m_terminal->backEnd().connectionLED(true);
     Q_EMIT m_terminal->backEnd().dataLED(true);
-    // The operator's view of a running measurement, without a port.
+    // Shows a running measurement, without a port.
     window(QString())
         ->findChild<QObject *>(QStringLiteral("startButton"))
         ->setProperty("checked", true);
     m_terminal->backEnd().showTheCloud(QStringLiteral("0840"), QStringLiteral("1560"));
-    QVERIFY(!restingPicture(*window(QString())).isNull());
-    plotSomeHours();
-    // In place of the missing port's message.
+    QVERIFY(!idlePicture(*window(QString())).isNull());
+    plotSomePoints();
+    // Replaces the message about the missing port.
     m_terminal->backEnd().sendCounter(QStringLiteral("[12:08:36.000]:\tПолучено сообщение: 0x48 "
                                                      "0x30 0x30 0x38 0x34 0x30 0x31 0x35 0x36 0x30 "
                                                      "0x0D"));
@@ -149,7 +149,7 @@ QQuickWindow *tst_windows::window(const QString &name) const
                           : root->findChild<QQuickWindow *>(name);
 }
 
-void tst_windows::plotSomeHours()
+void tst_windows::plotSomePoints()
 {
     MainBackEndProbe probe(m_terminal->backEnd());
     for (QTimer *timer : {probe.requestTimer(), probe.saveTimer(), probe.plotTimer()}) {
@@ -165,10 +165,10 @@ void tst_windows::plotSomeHours()
     Q_EMIT m_terminal->backEnd().updateVoidGraph();
 }
 
-void tst_windows::window_looksAsDocumented_data()
+void tst_windows::window_matchesReference_data()
 {
     QTest::addColumn<QString>("name");    // empty: the main window
-    QTest::addColumn<QString>("movable"); // something in it to move
+    QTest::addColumn<QString>("movable"); // an item to move in the window
     QTest::newRow("main") << QString() << QStringLiteral("startButton");
     QTest::newRow("settings") << QStringLiteral("sWindow") << QStringLiteral("exitButton");
     QTest::newRow("number") << QStringLiteral("numberWindow") << QStringLiteral("saveButton");
@@ -179,14 +179,13 @@ void tst_windows::window_looksAsDocumented_data()
                                   << QStringLiteral("exitButton");
 }
 
-void tst_windows::window_looksAsDocumented()
+void tst_windows::window_matchesReference()
 {
     QFETCH(QString, name);
     QFETCH(QString, movable);
     const QString target = qEnvironmentVariable("ORK2_SCREENSHOTS");
     if (target.isEmpty() && QLibraryInfo::version() >= QVersionNumber(6, 5)) {
-        QSKIP("the reference pictures show the effects that we draw below 6.5; this toolkit draws "
-              "its own");
+        QSKIP("the reference pictures show the replacement of QtQuick.Effects used before Qt 6.5");
     }
     QQuickWindow *shown = window(name);
     QVERIFY(shown != nullptr);
@@ -195,7 +194,7 @@ void tst_windows::window_looksAsDocumented()
         QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
     }
     const QString file = QString::fromLatin1(QTest::currentDataTag()) + QStringLiteral(".png");
-    const QImage picture = restingPicture(*shown);
+    const QImage picture = idlePicture(*shown);
     QVERIFY(!picture.isNull());
 
     if (!target.isEmpty()) {
@@ -203,16 +202,16 @@ void tst_windows::window_looksAsDocumented()
         QVERIFY(picture.save(QDir(target).filePath(file)));
     } else {
         const QImage reference(QDir(QStringLiteral(REFERENCES)).filePath(file));
-        QVERIFY2(!reference.isNull(), "no reference picture; tools/screenshots makes it");
+        QVERIFY2(!reference.isNull(), "no reference picture; tools/screenshots creates it");
         const int different = differentPixels(picture, reference);
         if (different > kToleratedPixels) {
             const QString kept = QDir::temp().filePath(QStringLiteral("ork2-") + file);
             picture.save(kept);
-            QFAIL(qPrintable(QStringLiteral("%1 pixels differ; the window as it looks now: %2")
+            QFAIL(qPrintable(QStringLiteral("%1 pixels differ; current screenshot: %2")
                                  .arg(different)
                                  .arg(kept)));
         }
-        // The comparison itself: it must see a thing that has moved by 6 pixels.
+        // Check the comparison: it must detect an item that has moved by 6 pixels.
         auto *item = shown->findChild<QQuickItem *>(movable);
         QVERIFY(item != nullptr);
         const QRect place = item->mapRectToScene(item->boundingRect()).toRect();
@@ -229,21 +228,21 @@ void tst_windows::window_looksAsDocumented()
     }
 }
 
-void tst_windows::window_shownAgain_looksAsBefore_data()
+void tst_windows::window_shownAgain_isUnchanged_data()
 {
     QTest::addColumn<QString>("name"); // empty: the main window
     QTest::newRow("main") << QString();
     QTest::newRow("control-panel") << QStringLiteral("controlPanel");
 }
 
-// A hidden window loses its textures, also those of what it draws only once.
-void tst_windows::window_shownAgain_looksAsBefore()
+// A hidden window releases its textures, including those of items that are drawn only once.
+void tst_windows::window_shownAgain_isUnchanged()
 {
     QFETCH(const QString, name);
     QQuickWindow *shown = window(name);
     shown->setVisible(true);
     QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
-    const QImage before = restingPicture(*shown);
+    const QImage before = idlePicture(*shown);
 
     shown->setVisible(false);
     QTRY_VERIFY(!shown->isExposed());
@@ -256,7 +255,8 @@ void tst_windows::window_shownAgain_looksAsBefore()
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    QGuiApplication::styleHints()->setCursorFlashTime(0); // a blinking cursor is never at rest
+    QGuiApplication::styleHints()->setCursorFlashTime(
+        0); // a blinking cursor would change the window
     tst_windows test;
     return QTest::qExec(&test, argc, argv);
 }
