@@ -21,7 +21,7 @@ class datalogger;
 namespace ork2 {
 inline constexpr int kRequestIntervalMs = 1000;
 inline constexpr int kPlotIntervalMs = 10000;
-inline constexpr int kLostAfterSeconds = 30; // lost from the next silent second on
+inline constexpr int kLostAfterSeconds = 30; // the loss is reported in the next second
 // While the connection remains lost, the loss is reported again every 25 s. The value is not 0, so
 // that the file writer does not write until a frame resets the counter.
 inline constexpr int kCounterAfterLoss = 6;

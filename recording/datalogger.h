@@ -14,14 +14,15 @@
 class QFile;
 
 namespace ork2 {
-// Number of seconds since the last frame after which nothing is written.
+// If no frame has been received for this number of seconds, nothing is written.
 inline constexpr int kReplyAgeLimit = 6;
 }
 
-// Appends one record per minute to the instrument's day file <base>/Data/ORK-2
-// N<unit>/<yyyy.MM.dd>.txt (UTF-8). A record is CR LF time TAB first layer TAB second layer TAB
-// channel; the line break comes first. Main thread. A failure to write is reported through
-// dataLedStatus(false); the next minute tries again.
+// Appends one record per minute to the instrument's day file (UTF-8):
+//   <base>/Data/ORK-2 N<unit>/<yyyy.MM.dd>.txt
+// A record is CR LF time TAB first layer TAB second layer TAB channel; the line break comes first.
+// Main thread. A failure to write is reported through dataLedStatus(false); the next minute tries
+// again.
 //
 // While the upload flag is set, each record is also passed to the UploadQueue, even if it could not
 // be written to the file.
@@ -43,7 +44,7 @@ Q_SIGNALS:
     void dataLedStatus(bool);
 
 public Q_SLOTS:
-    // Other addresses than 1, 2 and 3 for wind and 11, 12 and 13 for temperature are ignored.
+    // Addresses other than 1 to 3 for wind and 11 to 13 for temperature are ignored.
     void DataWindSpeedRecieved(int address, double d1, double d2, double d3);
     void DataDirSpeedRecieved(int address, double d1, double d2, double d3);
     void DataExtSpeedRecieved(int address, double d1, double d2, double d3);

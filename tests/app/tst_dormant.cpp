@@ -50,12 +50,12 @@ class NoBrowser : public QObject
     Q_OBJECT
 
 public:
-    NoBrowser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
+    NoBrowser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "ignoreUrl"); }
     ~NoBrowser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
     Q_DISABLE_COPY_MOVE(NoBrowser)
 
 public Q_SLOTS:
-    void take(const QUrl &url) { Q_UNUSED(url) }
+    void ignoreUrl(const QUrl &url) { Q_UNUSED(url) }
 };
 
 // Calls all public slots and invokable methods of an object with default-constructed arguments.

@@ -88,9 +88,9 @@ int main(int argc, char *argv[])
             while (pending.size() < 4000 && i < kThroughputFrames) {
                 pending += frameNumber(i++);
             }
-            const qsizetype taken = line.write(pending);
-            if (taken > 0) {
-                pending.remove(0, taken);
+            const qsizetype written = line.write(pending);
+            if (written > 0) {
+                pending.remove(0, written);
             } else {
                 std::this_thread::yield();
             }

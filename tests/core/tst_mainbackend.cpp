@@ -729,14 +729,14 @@ void tst_mainbackend::dataFolder_isOpened_data()
 {
     QTest::addColumn<QString>("namePath");
     QTest::addColumn<QString>("folder");
-    const QString own = QCoreApplication::applicationDirPath() + QStringLiteral("/Data");
-    QTest::newRow("nothing stored") << QString() << own;
-    QTest::newRow("mark") << QStringLiteral("!") << own;
+    const QString programFolder = QCoreApplication::applicationDirPath() + QStringLiteral("/Data");
+    QTest::newRow("nothing stored") << QString() << programFolder;
+    QTest::newRow("mark") << QStringLiteral("!") << programFolder;
     QTest::newRow("a folder") << QStringLiteral("/srv/Meteo/")
                               << QStringLiteral("/srv/Meteo/ORK2/Data");
     QTest::newRow("without separator")
         << QStringLiteral("/srv/M") << QStringLiteral("/srv/MORK2/Data");
-    QTest::newRow("mark and more") << QStringLiteral("!x") << own;
+    QTest::newRow("mark and more") << QStringLiteral("!x") << programFolder;
     QTest::newRow("relative") << QStringLiteral(
         "meteo/") << QDir::current().absoluteFilePath(QStringLiteral("meteo/ORK2/Data"));
 }

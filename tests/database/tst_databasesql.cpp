@@ -309,11 +309,11 @@ void tst_databasesql::unknownDriver_failsToConnect()
     QCOMPARE(
         order, QStringList({QStringLiteral("SQL connection failed!"), QStringLiteral("finished")}));
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
-    QStringList own = log.lines();
+    QStringList ownLines = log.lines();
     for (const QString &qtWarning : log.warnings()) {
-        own.removeAll(qtWarning);
+        ownLines.removeAll(qtWarning);
     }
-    QCOMPARE(own,
+    QCOMPARE(ownLines,
         QStringList(
             {QStringLiteral("QList(\"QODBC\", \"QODBC3\")"), QStringLiteral("Connection failed"),
                 QStringLiteral("BeforeDelete \"qt_sql_default_connection\""),

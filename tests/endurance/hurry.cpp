@@ -243,9 +243,9 @@ bool Hurry::throughput(int frames, double rate, const char *name)
             while (pending.size() < 4000 && created < frames && created < due) {
                 pending += frameNumber(created++);
             }
-            const qsizetype taken = pending.isEmpty() ? 0 : m_line.write(pending);
-            if (taken > 0) {
-                pending.remove(0, taken);
+            const qsizetype written = pending.isEmpty() ? 0 : m_line.write(pending);
+            if (written > 0) {
+                pending.remove(0, written);
             } else {
                 std::this_thread::sleep_for(std::chrono::microseconds(rate > 0 ? 200 : 20));
             }

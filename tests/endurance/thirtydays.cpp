@@ -155,9 +155,9 @@ bool Weeks::start()
     for (QTimer *timer : {m_probe.requestTimer(), m_probe.saveTimer(), m_probe.plotTimer()}) {
         timer->blockSignals(true);
     }
-    QElapsedTimer patience;
-    patience.start();
-    while (!open && patience.elapsed() < kPatienceMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!open && timer.elapsed() < kPatienceMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return open;
@@ -173,9 +173,9 @@ bool Weeks::send(double ms)
     if (m_line.write(frame) != frame.size()) {
         return false;
     }
-    QElapsedTimer patience;
-    patience.start();
-    while (m_shown == before && patience.elapsed() < kPatienceMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (m_shown == before && timer.elapsed() < kPatienceMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     // Otherwise done by exec() only.

@@ -16,7 +16,7 @@ namespace fuzz {
 inline void check(bool holds, const char *rule)
 {
     if (!holds) {
-        std::fprintf(stderr, "Does not hold: %s\n", rule);
+        std::fprintf(stderr, "Check failed: %s\n", rule);
         std::abort();
     }
 }

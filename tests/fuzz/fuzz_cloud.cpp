@@ -16,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     QObject::connect(&parser, &convertData::readyToShowClouds, &parser,
         [&](const QString &first, const QString &second) {
             ++heights;
-            fuzz::check(channels == 0, "heights come before the channel");
+            fuzz::check(channels == 0, "heights are emitted before the channel");
             fuzz::check(isHeight(first, 2) && isHeight(second, 6), "heights are as sent");
         });
     QObject::connect(

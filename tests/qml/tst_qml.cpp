@@ -28,7 +28,7 @@ public:
     TestLog()
     {
         s_current = this;
-        listen();
+        installHandler();
         for (const QString &scheme : schemes()) {
             QDesktopServices::setUrlHandler(scheme, this, "openUrl");
         }
@@ -64,7 +64,7 @@ public:
     // Called at the start of each test.
     Q_INVOKABLE void clear()
     {
-        listen();
+        installHandler();
         const QMutexLocker lock(&m_mutex);
         m_lines.clear();
         m_warnings.clear();
@@ -109,7 +109,7 @@ private:
     }
 
     // The test framework installs its own handler when the first test starts.
-    void listen()
+    void installHandler()
     {
         const QtMessageHandler before = qInstallMessageHandler(keep);
         if (before != keep) {

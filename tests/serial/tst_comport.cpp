@@ -508,7 +508,7 @@ void tst_comport::fault_wholeFrames_recoversWithin15()
     QVERIFY(goodFrameIsReceived());
     send(bytes);
     for (int time = 0; time < 3; ++time) { // it recovers and continues to receive frames
-        QVERIFY2(oneOf15FramesIsReceived(), "no good frame came out of 15");
+        QVERIFY2(oneOf15FramesIsReceived(), "none of 15 good frames was received");
     }
 }
 
@@ -553,7 +553,7 @@ void tst_comport::noise_wholeFrames_recoversWithin15()
                                           : static_cast<char>(random.bounded(256));
         }
         send(noise);
-        QVERIFY2(oneOf15FramesIsReceived(), "no good frame came out of 15");
+        QVERIFY2(oneOf15FramesIsReceived(), "none of 15 good frames was received");
     }
 }
 
@@ -561,7 +561,7 @@ void tst_comport::misalignedCarriageReturn_isDiscarded()
 {
     connectPort();
     send(QByteArrayLiteral("2342345\rH11"));
-    QVERIFY2(oneOf15FramesIsReceived(), "no good frame came out of 15");
+    QVERIFY2(oneOf15FramesIsReceived(), "none of 15 good frames was received");
 }
 
 void tst_comport::unplugging_reportsErrorAndClosed()

@@ -84,7 +84,7 @@ void tst_delivery::init()
     m_backEnd = std::make_unique<mainBackEnd>();
     ComPort *worker = MainBackEndProbe(*m_backEnd).comPort();
     connect(&worker->port(), &QIODevice::readyRead,
-        [this] { ++m_readEvents; }); // in the worker's thread, after the worker's own slot
+        [this] { ++m_readEvents; }); // in the worker thread, after the slot of the worker
     connect(worker, &ComPort::readyToShowClouds, this,
         [this](const QByteArray &frame) { m_frames << frame; }); // queued into this thread
 }
@@ -123,9 +123,9 @@ void tst_delivery::start()
 
 void tst_delivery::deliver(const QByteArray &bytes, const QList<int> &pieces)
 {
-    qsizetype turn = 0;
+    qsizetype index = 0;
     for (qsizetype sent = 0; sent < bytes.size();) {
-        const QByteArray piece = bytes.mid(sent, pieces.at(turn++ % pieces.size()));
+        const QByteArray piece = bytes.mid(sent, pieces.at(index++ % pieces.size()));
         deliverPiece(piece);
         sent += piece.size();
     }

@@ -165,8 +165,8 @@ void tst_hammer::startStop_framesArriving_portStaysUsable()
 
 void tst_hammer::destruction_workerHasBacklog_releasesThePort()
 {
-    for (int i = 0; i < kStartsBeforeEnd;
-         ++i) { // each waits for the disk, so the worker gets a backlog
+    // Each start waits for the disk, so the worker gets a backlog.
+    for (int i = 0; i < kStartsBeforeEnd; ++i) {
         m_backEnd->disableButton();
         m_backEnd->enButton();
     }

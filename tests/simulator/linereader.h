@@ -30,7 +30,7 @@ public:
     int hangUps = 0;
 
 private:
-    void take();
+    void readData();
 
     ork2::FileDescriptor m_line;
     std::unique_ptr<QSocketNotifier> m_notifier;

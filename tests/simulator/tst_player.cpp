@@ -57,13 +57,13 @@ std::unique_ptr<Scenario> script(std::vector<ScriptStep> steps, bool repeats = f
 template <typename Condition> bool waitUntil(Condition condition)
 {
     QEventLoop loop;
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &loop, [&loop, &condition] {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&loop, &condition] {
         if (condition()) {
             loop.quit();
         }
     });
-    look.start(1ms);
+    timer.start(1ms);
     QTimer::singleShot(10s, &loop, &QEventLoop::quit);
     loop.exec();
     return condition();

@@ -91,17 +91,17 @@ void tst_pseudoterminal::write_fullLine_acceptsPartAndKeepsOrder()
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
     const QByteArray block = QByteArray("0123456789").repeated(100000);
-    const qsizetype taken = terminal.write(block);
-    QVERIFY(taken > 0 && taken < block.size());
+    const qsizetype written = terminal.write(block);
+    QVERIFY(written > 0 && written < block.size());
     qsizetype more = 0;
     for (qsizetype size = 1; size > 0; more += size) {
-        size = terminal.write(QByteArrayView(block).sliced(taken + more));
+        size = terminal.write(QByteArrayView(block).sliced(written + more));
         QVERIFY(size >= 0);
     }
     LineReader reader;
     QVERIFY(reader.open(terminal.path()));
-    QTRY_COMPARE(reader.received.size(), taken + more);
-    QCOMPARE(reader.received, block.left(taken + more));
+    QTRY_COMPARE(reader.received.size(), written + more);
+    QCOMPARE(reader.received, block.left(written + more));
     QTRY_VERIFY(terminal.write("x") == 1);
 }
 

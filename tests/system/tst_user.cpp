@@ -568,7 +568,7 @@ void tst_user::randomEvents_leaveNothingBehind()
             return added(threads(), threadsBefore) + added(handles(), handlesBefore);
         };
         const bool none = QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs);
-        QVERIFY2(none, left().join(u' ').toUtf8() + " left behind after " + when);
+        QVERIFY2(none, left().join(u' ').toUtf8() + " not released after " + when);
     }
 }
 
@@ -635,7 +635,7 @@ void tst_user::ending_anyState_leavesNothingBehind()
     m_line.close();
     const auto left = [&] { return added(threads(), m_threads) + added(handles(), m_handles); };
     QVERIFY2(QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs),
-        left().join(u' ').toUtf8() + " left behind");
+        left().join(u' ').toUtf8() + " not released");
 }
 
 int main(int argc, char *argv[])

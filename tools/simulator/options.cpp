@@ -31,11 +31,11 @@ public:
         if (isNumber && value >= lowest && value <= highest) {
             return value;
         }
-        fault(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\"")
-                  .arg(name)
-                  .arg(lowest)
-                  .arg(highest)
-                  .arg(m_parser.value(name)));
+        setError(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\"")
+                     .arg(name)
+                     .arg(lowest)
+                     .arg(highest)
+                     .arg(m_parser.value(name)));
         return std::nullopt;
     }
 
@@ -45,7 +45,7 @@ public:
             return fallback;
         }
         if (m_parser.value(name).isEmpty()) {
-            fault(QStringLiteral("--%1 must not be empty").arg(name));
+            setError(QStringLiteral("--%1 must not be empty").arg(name));
         }
         return m_parser.value(name);
     }
@@ -57,23 +57,23 @@ public:
             return Delivery::Whole;
         }
         if (m_parser.value(name) != QLatin1String("bytes")) {
-            fault(QStringLiteral("--delivery takes \"whole\" or \"bytes\", not \"%1\"")
-                      .arg(m_parser.value(name)));
+            setError(QStringLiteral("--delivery takes \"whole\" or \"bytes\", not \"%1\"")
+                         .arg(m_parser.value(name)));
         }
         return Delivery::Bytes;
     }
 
-    void fault(const QString &text)
+    void setError(const QString &text)
     {
-        if (m_fault.isEmpty()) {
-            m_fault = text;
+        if (m_error.isEmpty()) {
+            m_error = text;
         }
     }
-    [[nodiscard]] QString fault() const { return m_fault; }
+    [[nodiscard]] QString error() const { return m_error; }
 
 private:
     const QCommandLineParser &m_parser;
-    QString m_fault;
+    QString m_error;
 };
 
 void describe(QCommandLineParser &parser)
@@ -141,15 +141,15 @@ CommandLine parseCommandLine(const QStringList &arguments)
         options.count = static_cast<int>(*count);
     }
     if (parser.isSet(QStringLiteral("scenario")) && parser.isSet(QStringLiteral("replay"))) {
-        reader.fault(QStringLiteral("--scenario and --replay exclude each other"));
+        reader.setError(QStringLiteral("--scenario and --replay exclude each other"));
     }
     if (!parser.positionalArguments().isEmpty()) {
-        reader.fault(QStringLiteral("there is no use for the argument \"%1\"")
-                         .arg(parser.positionalArguments().constFirst()));
+        reader.setError(QStringLiteral("there is no use for the argument \"%1\"")
+                            .arg(parser.positionalArguments().constFirst()));
     }
 
-    if (!reader.fault().isEmpty()) {
-        return {std::nullopt, false, reader.fault()};
+    if (!reader.error().isEmpty()) {
+        return {std::nullopt, false, reader.error()};
     }
     return {options, false, {}};
 }

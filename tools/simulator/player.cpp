@@ -140,17 +140,17 @@ bool Player::transmit()
     if (byteWise) {
         std::this_thread::sleep_until(m_byteDue);
     }
-    const qsizetype taken =
+    const qsizetype written =
         m_terminal.write(QByteArrayView(m_pending).first(byteWise ? 1 : m_pending.size()));
-    if (taken < 0) {
+    if (written < 0) {
         Q_EMIT failed(m_terminal.errorString());
         return false;
     }
-    m_pending.remove(0, taken);
+    m_pending.remove(0, written);
     if (m_pending.isEmpty()) {
         return true;
     }
-    if (taken == 0 || !byteWise) {
+    if (written == 0 || !byteWise) {
         m_room->setEnabled(true);
         return false;
     }

@@ -79,10 +79,10 @@ void PseudoTerminal::close()
 
 qsizetype PseudoTerminal::write(QByteArrayView bytes)
 {
-    const ssize_t taken =
+    const ssize_t written =
         ::write(m_master.get(), bytes.data(), static_cast<std::size_t>(bytes.size()));
-    if (taken >= 0) {
-        return taken;
+    if (written >= 0) {
+        return written;
     }
     if (errno == EAGAIN || errno == EINTR) {
         return 0;

@@ -20,12 +20,12 @@ struct Line
     QString error;
 };
 
-Line wrong(const QString &error)
+Line makeError(const QString &error)
 {
     return {.step = std::nullopt, .repeats = false, .error = error};
 }
 
-Line playing(Step step, int times = 1)
+Line makeStep(Step step, int times = 1)
 {
     return {.step = ScriptStep{std::move(step), times}, .repeats = false, .error = {}};
 }
@@ -35,7 +35,7 @@ QString quoted(const QByteArray &word)
     return QStringLiteral("\"%1\"").arg(QString::fromUtf8(word));
 }
 
-// Digits only: no sign, no blanks.
+// Accepts digits only: no sign, no spaces.
 std::optional<int> wholeNumber(const QByteArray &word, int lowest, int highest)
 {
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -51,11 +51,12 @@ std::optional<int> wholeNumber(const QByteArray &word, int lowest, int highest)
 Line readingLine(const QList<QByteArray> &words)
 {
     if (words.size() < 4 || words.size() > 5) {
-        return wrong(
+        return makeError(
             QStringLiteral("\"reading\" takes a channel, two heights and, if need be, xN"));
     }
     if (words[1].size() != 1 || !wholeNumber(words[1], 0, 9)) {
-        return wrong(QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
+        return makeError(
+            QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
     }
 
     // Any digit is allowed, including those that are not channels.
@@ -64,9 +65,9 @@ Line readingLine(const QList<QByteArray> &words)
         {std::pair(words[2], &reading.firstLayer), std::pair(words[3], &reading.secondLayer)}) {
         const std::optional<int> number = wholeNumber(word, 0, kMaxHeight);
         if (!number) {
-            return wrong(QStringLiteral("a height must be a whole number from 0 to %1, not %2")
-                             .arg(kMaxHeight)
-                             .arg(quoted(word)));
+            return makeError(QStringLiteral("a height must be a whole number from 0 to %1, not %2")
+                                 .arg(kMaxHeight)
+                                 .arg(quoted(word)));
         }
         *height = *number;
     }
@@ -76,12 +77,12 @@ Line readingLine(const QList<QByteArray> &words)
         times = words[4].startsWith('x') ? wholeNumber(words[4].mid(1), 1, kMaxRepetitions)
                                          : std::nullopt;
         if (!times) {
-            return wrong(QStringLiteral("the repetition must be x1 to x%1, not %2")
-                             .arg(kMaxRepetitions)
-                             .arg(quoted(words[4])));
+            return makeError(QStringLiteral("the repetition must be x1 to x%1, not %2")
+                                 .arg(kMaxRepetitions)
+                                 .arg(quoted(words[4])));
         }
     }
-    return playing(Transmission{readingFrame(reading)}, *times);
+    return makeStep(Transmission{readingFrame(reading)}, *times);
 }
 
 Line bytesLine(const QList<QByteArray> &words)
@@ -91,15 +92,15 @@ Line bytesLine(const QList<QByteArray> &words)
         const QByteArray decoded = QByteArray::fromHex(word);
         // fromHex() ignores invalid characters; toHex() detects them.
         if (decoded.toHex() != word.toLower()) {
-            return wrong(QStringLiteral("%1 is not made of bytes, two hexadecimal digits each")
-                             .arg(quoted(word)));
+            return makeError(QStringLiteral("%1 is not made of bytes, two hexadecimal digits each")
+                                 .arg(quoted(word)));
         }
         bytes += decoded;
     }
     if (bytes.isEmpty() || bytes.size() > kMaxScriptBytes) {
-        return wrong(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMaxScriptBytes));
+        return makeError(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMaxScriptBytes));
     }
-    return playing(Transmission{bytes});
+    return makeStep(Transmission{bytes});
 }
 
 Line pauseLine(const QList<QByteArray> &words)
@@ -108,18 +109,18 @@ Line pauseLine(const QList<QByteArray> &words)
     const std::optional<int> number =
         words.size() == 2 ? wholeNumber(words[1], 0, longest) : std::nullopt;
     if (!number) {
-        return wrong(QStringLiteral("%1 takes one whole number of milliseconds from 0 to %2")
-                         .arg(quoted(words[0]))
-                         .arg(longest));
+        return makeError(QStringLiteral("%1 takes one whole number of milliseconds from 0 to %2")
+                             .arg(quoted(words[0]))
+                             .arg(longest));
     }
     const std::chrono::milliseconds duration(*number);
-    return words[0] == "silence" ? playing(Silence{duration}) : playing(Unplugging{duration});
+    return words[0] == "silence" ? makeStep(Silence{duration}) : makeStep(Unplugging{duration});
 }
 
 Line repeatLine(const QList<QByteArray> &words)
 {
     if (words.size() > 1) {
-        return wrong(QStringLiteral("\"repeat\" stands alone"));
+        return makeError(QStringLiteral("\"repeat\" stands alone"));
     }
     return {.step = std::nullopt, .repeats = true, .error = {}};
 }
@@ -139,7 +140,7 @@ Line parseLine(const QList<QByteArray> &words)
     if (command == "repeat") {
         return repeatLine(words);
     }
-    return wrong(QStringLiteral("there is no command %1").arg(quoted(command)));
+    return makeError(QStringLiteral("there is no command %1").arg(quoted(command)));
 }
 
 bool transmits(const Script &script)
