@@ -5,9 +5,9 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 #include "uidata.h"
 
 #include <QApplication>
@@ -198,15 +198,15 @@ void tst_wiring::timers_tickTheirSlots()
     QSignalSpy plot(m_backEnd.get(), &mainBackEnd::updateVoidGraph);
     QSignalSpy save(m_backEnd.get(), &mainBackEnd::timeToData);
     m_probe->requestTimer()->start(1ms);
-    QVERIFY(watchdog.wait(kPatienceMs));
+    QVERIFY(watchdog.wait(kTimeoutMs));
     m_probe->requestTimer()->stop();
     QCOMPARE(plot.count() + save.count(), 0);
     m_probe->plotTimer()->start(1ms);
-    QVERIFY(plot.wait(kPatienceMs));
+    QVERIFY(plot.wait(kTimeoutMs));
     m_probe->plotTimer()->stop();
     QCOMPARE(save.count(), 0);
     m_probe->saveTimer()->start(1ms);
-    QVERIFY(save.wait(kPatienceMs));
+    QVERIFY(save.wait(kTimeoutMs));
 }
 
 void tst_wiring::finishedPort_endsThreadAndWorker()

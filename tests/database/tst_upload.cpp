@@ -7,10 +7,10 @@
 #include "dataloggerprobe.h"
 #include "logcapture.h"
 #include "odbcdriveralias.h"
-#include "patience.h"
 #include "profile.h"
 #include "sharedvalues.h"
 #include "tdsresponder.h"
+#include "timeout.h"
 #include "uploadwatch.h"
 
 #include <QDir>
@@ -189,7 +189,7 @@ void tst_upload::init()
 
 void tst_upload::cleanup()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kTimeoutMs);
     m_writer.reset();
     m_watch.reset();
     m_server.reset();
@@ -227,7 +227,7 @@ QByteArrayList tst_upload::storedRows()
 
 void tst_upload::verifyNothingIsLeft()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kTimeoutMs);
     QCOMPARE(m_watch->finished(), m_watch->started());
     QCOMPARE(DataloggerProbe(*m_writer).uploadThread(), nullptr);
     QCOMPARE(DataloggerProbe(*m_writer).uploader(), nullptr);
@@ -249,7 +249,7 @@ void tst_upload::server_answersAnIndependentClient()
                 QStringLiteral("-P"), password});
         process.write(statement + "\ngo\nexit\n");
         process.closeWriteChannel();
-        process.waitForFinished(kPatienceMs);
+        process.waitForFinished(kTimeoutMs);
         return process.readAll();
     };
     const QString secret = QStringLiteral("secret");
@@ -283,7 +283,7 @@ void tst_upload::row_reachesTheTable()
         const QPointer<QThread> thread = DataloggerProbe(*m_writer).uploadThread();
         const QPointer<databasesql> uploader = DataloggerProbe(*m_writer).uploader();
         QVERIFY(thread && uploader);
-        QTRY_VERIFY_WITH_TIMEOUT(!thread && !uploader, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!thread && !uploader, kTimeoutMs);
         output = diverted.text();
     }
     const QString statement = kStatementStart
@@ -322,7 +322,7 @@ void tst_upload::row_fromReading_reachesTheTable()
     m_writer->DataCloudChanel(QStringLiteral("1"));
     noReplyCounter.storeRelaxed(ork2::kReplyAgeLimit); // uploaded, but not written to the file
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows(),
         QByteArrayList({R"(["2024-05-01", "08:15:00.000", "-", 7, 420.0, 0.0, 0.0, 0.0])"}));
     verifyNothingIsLeft();
@@ -333,7 +333,7 @@ void tst_upload::stationText_reachesTheTable()
     serve();
     profile::store(ork2::kServerStation, QStringLiteral("Станция №4 ?:a%5"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows(),
         QByteArrayList(
             {R"(["2024-05-01", "08:15:00.000", "Станция №4 ?:a%5", 7, 120.0, 2500.0, 0.0, 0.0])"}));
@@ -345,7 +345,7 @@ void tst_upload::quoteInStation_isNotEscaped()
     serve();
     profile::store(ork2::kServerStation, QStringLiteral("O'Hara"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(m_watch->texts(), QStringList{kDataFailed});
     QTRY_COMPARE(m_server->count("refused"), 1);
     QVERIFY(m_server->events().join('\n').contains("'08:15:00.000', 'O'Hara', 7"));
@@ -361,7 +361,7 @@ void tst_upload::credentials_reachTheServer_butNotTheLog()
     profile::store(ork2::kServerUser, QStringLiteral("метео"));
     profile::store(ork2::kServerPassword, password);
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows().size(), 1);
     QTRY_COMPARE(m_server->count(R"(login ["метео", "пароль-Zq9", "UVIndex"])"), 2);
     const QString statement = m_watch->texts().value(0);
@@ -410,7 +410,7 @@ void tst_upload::brokenServer_isReported_andLeavesNothing()
     profile::store(ork2::kServerPassword, QStringLiteral("Zq9secret"));
     serve(mode, QStringLiteral("uvi"), QStringLiteral("Zq9secret"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     m_result = QStringLiteral("%1, %2 ms")
                    .arg(QString::fromUtf8(QTest::currentDataTag()))
                    .arg(m_watch->finishedAfterMs());
@@ -435,7 +435,7 @@ void tst_upload::refusedConnection_isReported_withoutServerName()
     qputenv("TDSPORT", closed.port());
     profile::store(ork2::kServerHost, QStringLiteral("localhost"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(m_watch->texts(), QStringList{kConnectionFailed});
     QVERIFY(m_watch->finishedAfterMs() < 4000);
     verifyNothingIsLeft();
@@ -450,14 +450,14 @@ void tst_upload::rowsDuringUpload_areUploadedInOrder()
 {
     serve(QStringLiteral("silent-statement"));
     mark(QStringLiteral("08:00:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kTimeoutMs);
     mark(QStringLiteral("08:01:00"));
     mark(QStringLiteral("08:02:00"));
     mark(QStringLiteral("08:03:00"));
     QCOMPARE(DataloggerProbe(*m_writer).waitingRows(), 3);
     QCOMPARE(m_watch->started(), 1);
     changeMode(QStringLiteral("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 4, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 4, kTimeoutMs);
     verifyNothingIsLeft();
     QCOMPARE(DataloggerProbe(*m_writer).waitingRows(), 0);
     QCOMPARE(m_watch->texts().value(0), kDataFailed); // that row is not retried
@@ -471,7 +471,7 @@ void tst_upload::tooManyRows_dropTheOldest_andReport()
 {
     serve(QStringLiteral("silent-statement"));
     mark(QStringLiteral("07:00:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kTimeoutMs);
     const auto minute = [](qsizetype n) {
         return QTime(8, 0).addSecs(static_cast<int>(n) * 60).toString(QStringLiteral("hh:mm:ss"));
     };
@@ -489,7 +489,7 @@ void tst_upload::tooManyRows_dropTheOldest_andReport()
     QCOMPARE(DataloggerProbe(*m_writer).waitingRows(), ork2::kWaitingRowsLimit);
     changeMode(QStringLiteral("ok"));
     QTRY_COMPARE_WITH_TIMEOUT(
-        m_watch->finished(), static_cast<int>(ork2::kWaitingRowsLimit) + 1, 2 * kPatienceMs);
+        m_watch->finished(), static_cast<int>(ork2::kWaitingRowsLimit) + 1, 2 * kTimeoutMs);
     verifyNothingIsLeft();
     const QByteArrayList rows = storedRows();
     QCOMPARE(rows.size(), ork2::kWaitingRowsLimit);
@@ -505,7 +505,7 @@ void tst_upload::flagReset_waitingRowsAreUploaded()
     mark(QStringLiteral("08:01:00"));
     m_writer->sqlChkBox(false);
     mark(QStringLiteral("08:02:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 2, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 2, kTimeoutMs);
     verifyNothingIsLeft();
     QCOMPARE(m_watch->started(), 2);
     QCOMPARE(storedRows().size(), 2);
@@ -520,7 +520,7 @@ void tst_upload::unwritableFile_rowIsUploaded()
     QSignalSpy lamp(m_writer.get(), &datalogger::dataLedStatus);
     mark(QStringLiteral("08:00:00"));
     QCOMPARE(lamp, (QList<QVariantList>{{false}}));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows().size(), 1);
     verifyNothingIsLeft();
 }
@@ -531,11 +531,11 @@ void tst_upload::manyRows_areUploadedOneAtATime()
     serve();
     for (int n = 0; n < kRows; ++n) {
         QTRY_VERIFY_WITH_TIMEOUT(
-            DataloggerProbe(*m_writer).waitingRows() < ork2::kWaitingRowsLimit, kPatienceMs);
+            DataloggerProbe(*m_writer).waitingRows() < ork2::kWaitingRowsLimit, kTimeoutMs);
         mark(QTime(0, 0).addSecs(n).toString(QStringLiteral("hh:mm:ss")));
         QVERIFY(m_watch->started() - m_watch->finished() <= 1);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), kRows, 2 * kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), kRows, 2 * kTimeoutMs);
     m_result =
         QStringLiteral("%1 rows a second")
             .arg(kRows * 1000.0 / static_cast<double>(m_watch->finishedAfterMs()), 0, 'f', 0);

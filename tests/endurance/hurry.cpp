@@ -36,7 +36,7 @@ constexpr double kBitsInByte = 10; // including start and stop bit
 constexpr int kBaud = 115200;
 constexpr int kStallProbeMs = 5;
 constexpr int kPauseBetweenFramesMs = 50;
-constexpr int kPatienceMs = 120000;
+constexpr int kTimeoutMs = 120000;
 constexpr int kSettleMs = 6000; // until titles and grid have faded in
 
 using Clock = std::chrono::steady_clock;
@@ -47,7 +47,7 @@ double milliseconds(Clock::duration time)
 }
 
 // Waits until the condition is true. Returns false after the timeout.
-template <typename Condition> bool waitFor(const Condition &condition, int timeoutMs = kPatienceMs)
+template <typename Condition> bool waitFor(const Condition &condition, int timeoutMs = kTimeoutMs)
 {
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(timeoutMs);
     QTimer wake;
@@ -253,7 +253,7 @@ bool Hurry::throughput(int frames, double rate, const char *name)
         finished = Clock::now();
     });
     const bool all =
-        waitFor([&] { return m_received >= frames; }, kPatienceMs + static_cast<int>(frames / 100));
+        waitFor([&] { return m_received >= frames; }, kTimeoutMs + static_cast<int>(frames / 100));
     sender.join();
     const double seconds = milliseconds(m_arrival - begin) / 1000;
     std::printf("%s: %d of %d frames, %d wrong, %.0f frames per second, the last %.0f ms after its "

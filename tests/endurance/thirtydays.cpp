@@ -38,7 +38,7 @@ constexpr double kReadingIntervalMs =
 constexpr int kTypicalDelayMs = 40;
 constexpr int kMaxStallMs = 450; // a longer stall may exceed second 0, so that its mark is lost
 constexpr double kMeanMsBetweenStalls = 3.6e6;
-constexpr int kPatienceMs = 10000;
+constexpr int kTimeoutMs = 10000;
 constexpr int kThinnedPoints = 2000;
 constexpr int kFigurePeriodMinutes = 360;
 
@@ -157,7 +157,7 @@ bool Weeks::start()
     }
     QElapsedTimer timer;
     timer.start();
-    while (!open && timer.elapsed() < kPatienceMs) {
+    while (!open && timer.elapsed() < kTimeoutMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return open;
@@ -175,7 +175,7 @@ bool Weeks::send(double ms)
     }
     QElapsedTimer timer;
     timer.start();
-    while (m_shown == before && timer.elapsed() < kPatienceMs) {
+    while (m_shown == before && timer.elapsed() < kTimeoutMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     // Otherwise done by exec() only.

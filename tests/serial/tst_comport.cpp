@@ -7,10 +7,10 @@
 #include "frames.h"
 #include "logcapture.h"
 #include "metamembers.h"
-#include "patience.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QDeadlineTimer>
 #include <QMetaMethod>
@@ -137,7 +137,7 @@ void tst_comport::send(const QByteArray &bytes)
 
 bool tst_comport::goodFrameIsReceived()
 {
-    return frameIsReceived(kPatienceMs);
+    return frameIsReceived(kTimeoutMs);
 }
 
 bool tst_comport::oneOf15FramesIsReceived()
@@ -148,7 +148,7 @@ bool tst_comport::oneOf15FramesIsReceived()
             return true;
         }
     }
-    return frameIsReceived(kPatienceMs);
+    return frameIsReceived(kTimeoutMs);
 }
 
 bool tst_comport::frameIsReceived(int timeoutMs)
@@ -399,7 +399,7 @@ void tst_comport::burst_of2000Frames_isReceivedCompletely()
     qsizetype sent = 0;
     QTRY_VERIFY_WITH_TIMEOUT(
         (sent += m_line.write(QByteArrayView(burst).sliced(sent)), m_frames->count() == 2000),
-        kPatienceMs);
+        kTimeoutMs);
     for (int i = 0; i < 2000; ++i) {
         QCOMPARE(m_frames->at(i).first().toByteArray(), frameNumber(i));
     }
@@ -423,7 +423,7 @@ void tst_comport::burst_throughWorkerThread_isReceivedCompletely()
     qsizetype sent = 0;
     QTRY_VERIFY_WITH_TIMEOUT(
         (sent += m_line.write(QByteArrayView(burst).sliced(sent)), received.size() == 2000),
-        kPatienceMs);
+        kTimeoutMs);
     QMetaObject::invokeMethod(
         m_port.get(),
         [port = m_port.get()] {
@@ -633,7 +633,7 @@ void tst_comport::request_isSentByteForByte()
             seen = received.contains(request);
         }
     });
-    const QDeadlineTimer deadline(kPatienceMs);
+    const QDeadlineTimer deadline(kTimeoutMs);
     while (!seen && !deadline.hasExpired()) {
         m_port->ComPortSend();
     }

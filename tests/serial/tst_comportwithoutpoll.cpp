@@ -4,8 +4,8 @@
 
 #include "comportprobe.h"
 #include "failingsignals.h"
-#include "patience.h"
 #include "pseudoterminal.h"
+#include "timeout.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -33,7 +33,7 @@ void tst_comportwithoutpoll::adapter_signalsFail_staysOpen()
     QSignalSpy checks(&watch, &QTimer::timeout);
     g_signalsFail = true;
     watch.start(1);
-    QTRY_VERIFY_WITH_TIMEOUT(checks.count() >= 10, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(checks.count() >= 10, kTimeoutMs);
     g_signalsFail = false;
     QCOMPARE(texts.count(), 0);
     QVERIFY(port.port().isOpen());

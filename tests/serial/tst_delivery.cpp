@@ -7,11 +7,11 @@
 #include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QDeadlineTimer>
 #include <QSignalSpy>
@@ -115,7 +115,7 @@ void tst_delivery::start()
                                      return text.first().toString().contains(
                                          QStringLiteral(">> Открыт!"));
                                  }),
-        kPatienceMs);
+        kTimeoutMs);
     MainBackEndProbe(*m_backEnd)
         .requestTimer()
         ->stop(); // prevents a reported loss on a busy machine
@@ -138,7 +138,7 @@ void tst_delivery::deliverPiece(const QByteArray &piece)
         return; // the rest would not be read
     }
     QCOMPARE(m_line.write(piece), piece.size());
-    const QDeadlineTimer deadline(kPatienceMs);
+    const QDeadlineTimer deadline(kTimeoutMs);
     while ((m_readEvents == before || m_line.unread() > 0) && portIsOpen()) {
         QVERIFY2(!deadline.hasExpired(), "the port does not read the data");
     }
@@ -225,8 +225,8 @@ void tst_delivery::garbage_anyDelivery_isReportedAsLost()
         QCOMPARE(lamp.count(), 0);
         deliverPiece(garbage);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(lamp, (QList<QVariantList>{{false}}), kPatienceMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(lamp, (QList<QVariantList>{{false}}), kTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
 }
 
 QTEST_GUILESS_MAIN(tst_delivery)

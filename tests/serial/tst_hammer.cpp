@@ -5,11 +5,11 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "portlock.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QDir>
 #include <QScopeGuard>
@@ -103,7 +103,7 @@ void tst_hammer::hammer(const std::function<void(bool)> &press)
         }
         timer.stop();
         QTRY_VERIFY_WITH_TIMEOUT(
-            heights.contains(QVariantList{QStringLiteral("2345")}), kPatienceMs);
+            heights.contains(QVariantList{QStringLiteral("2345")}), kTimeoutMs);
         press(false);
         heights.clear();
     }
@@ -151,7 +151,7 @@ void tst_hammer::startStop_framesArriving_portStaysUsable()
 
     hammer(press);
     const int times = 1 + kBursts * kStartsInBurst;
-    QVERIFY2(QTest::qWaitFor([&] { return allOpened(times); }, kPatienceMs),
+    QVERIFY2(QTest::qWaitFor([&] { return allOpened(times); }, kTimeoutMs),
         QByteArray::number(opened) + " opened, " + QByteArray::number(closed) + " closed");
     QTRY_VERIFY(!portIsLocked(m_line.path()));
     QTRY_COMPARE(QDir(QStringLiteral("/proc/self/fd")).entryList().size(), handles);

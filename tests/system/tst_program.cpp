@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the program in a separate process with a real window.
-#include "patience.h"
 #include "portlock.h"
 #include "profile.h"
 #include "pseudoterminal.h"
+#include "timeout.h"
 
 #include <QFile>
 #include <QHash>
@@ -27,7 +27,7 @@ QString run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    process.waitForFinished(kPatienceMs);
+    process.waitForFinished(kTimeoutMs);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
@@ -114,7 +114,7 @@ QString tst_program::findWindow(const QString &title)
 {
     QString window;
     const bool found =
-        QTest::qWaitFor([&] { return !(window = shownWindow(title)).isEmpty(); }, kPatienceMs);
+        QTest::qWaitFor([&] { return !(window = shownWindow(title)).isEmpty(); }, kTimeoutMs);
     return found ? window : QString();
 }
 
@@ -133,9 +133,9 @@ bool tst_program::clickUntilLogged(
     return QTest::qWaitFor(
         [&] {
             click(window, place);
-            return waitForLog(text, kPatienceMs / 6);
+            return waitForLog(text, kTimeoutMs / 6);
         },
-        kPatienceMs);
+        kTimeoutMs);
 }
 
 // On a busy machine, the window manager may miss a key, so it is pressed until the window closes.
@@ -146,15 +146,15 @@ bool tst_program::close(const QString &window, const std::function<bool()> &clos
             run(QStringLiteral("xdotool"),
                 {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
                     QStringLiteral("key"), QStringLiteral("alt+F4")});
-            return QTest::qWaitFor(closed, kPatienceMs / 6);
+            return QTest::qWaitFor(closed, kTimeoutMs / 6);
         },
-        kPatienceMs);
+        kTimeoutMs);
 }
 
 // Checks that the program exited normally, logged no errors and released the port.
 void tst_program::checkExit()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(hasExited(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(hasExited(), kTimeoutMs);
     const QByteArray end = reports() + m_log.right(1000);
     QVERIFY2(m_program->exitStatus() == QProcess::NormalExit, end);
     QVERIFY2(m_program->exitCode() == 0, end);
@@ -189,7 +189,7 @@ void tst_program::measurement_closed50Times_exitsWithZero()
         QVERIFY2(!window.isEmpty(), m_log.right(2000));
         // An additional click would stop the measurement.
         QVERIFY(clickUntilLogged(window, kStartButton, "Запускаем таймер"));
-        QVERIFY2(waitForLog("First layer of cloud altitude: 1234", kPatienceMs), m_log.right(2000));
+        QVERIFY2(waitForLog("First layer of cloud altitude: 1234", kTimeoutMs), m_log.right(2000));
         QVERIFY(portIsLocked(m_line.path()));
         QVERIFY(close(window, [this] { return hasExited(); }));
         checkExit();
@@ -241,7 +241,7 @@ void tst_program::closing_anyState_exitsWithZero()
                     {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
                         QStringLiteral("--class"), QStringLiteral("ork2-terminal")});
             };
-            QVERIFY2(QTest::qWaitFor([&] { return !search().isEmpty(); }, kPatienceMs),
+            QVERIFY2(QTest::qWaitFor([&] { return !search().isEmpty(); }, kTimeoutMs),
                 QStringLiteral("round %1, state of the program %2, log: %3")
                     .arg(round)
                     .arg(m_program->state())
@@ -270,7 +270,7 @@ void tst_program::closing_anyState_exitsWithZero()
         } else if (state == u"line unplugged") {
             m_frames.stop();
             m_line.close();
-            QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("Закрыт!"), kPatienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("Закрыт!"), kTimeoutMs);
         }
         for (const QPoint &place : clicksToPanel.value(state)) {
             click(window, place);
@@ -315,14 +315,14 @@ void tst_program::logReader_exits_programContinues()
     m_program->setStandardOutputProcess(&reader);
     m_program->start(QStringLiteral(TERMINAL), QStringList());
     reader.start(QStringLiteral("true"), QStringList());
-    QVERIFY(reader.waitForFinished(kPatienceMs));
+    QVERIFY(reader.waitForFinished(kTimeoutMs));
     // The program logs several lines before and after it shows the window.
     const QString window = findWindow();
     QVERIFY(!window.isEmpty());
     run(QStringLiteral("xdotool"),
         {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window, QStringLiteral("key"),
             QStringLiteral("alt+F4")});
-    QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kTimeoutMs);
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), 0);
 }
@@ -340,7 +340,7 @@ void tst_program::document_cannotBeLoaded_exitsWithMinusOne()
     QProcess program;
     program.setProcessChannelMode(QProcess::MergedChannels);
     program.start(copy, QStringList());
-    QVERIFY(program.waitForFinished(kPatienceMs));
+    QVERIFY(program.waitForFinished(kTimeoutMs));
     const QByteArray output = program.readAll();
     QVERIFY2(program.exitStatus() == QProcess::NormalExit, output);
     QVERIFY2(static_cast<qint8>(program.exitCode()) == -1, output);

@@ -5,11 +5,11 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
 #include "startup.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -89,7 +89,7 @@ public:
     [[nodiscard]] bool waitUntilIdle() const
     {
         constexpr int kIdleMs = 300;
-        const QDeadlineTimer deadline(kPatienceMs);
+        const QDeadlineTimer deadline(kTimeoutMs);
         int before = 0;
         do {
             before = m_count;
@@ -175,7 +175,7 @@ void tst_terminal::load()
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     QCOMPARE(m_terminal->engine().rootObjects().size(), 1);
     m_window = m_terminal->engine().rootObjects().constFirst();
-    QVERIFY(QTest::qWaitForWindowExposed(qobject_cast<QQuickWindow *>(m_window), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(qobject_cast<QQuickWindow *>(m_window), kTimeoutMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
     probe().setClock([] { return g_now; });
 }
@@ -239,7 +239,7 @@ void tst_terminal::window_fitsTheScreen()
 {
     const auto *window = qobject_cast<QQuickWindow *>(m_window);
     const bool low = window->screen()->size().height() < 850;
-    QTRY_COMPARE_WITH_TIMEOUT(window->height(), low ? 640 : 750, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(window->height(), low ? 640 : 750, kTimeoutMs);
     QCOMPARE(window->minimumHeight(), low ? 640 : 750);
     QCOMPARE(window->maximumHeight(), 750);
 }
@@ -278,7 +278,7 @@ void tst_terminal::reading_errorCodes_showDashes()
     const auto sendCode = [this](const char *frame) {
         QSignalSpy readings(&m_terminal->backEnd(), &mainBackEnd::secondCloudAlt);
         send(QByteArray(frame));
-        QVERIFY(readings.wait(kPatienceMs));
+        QVERIFY(readings.wait(kTimeoutMs));
         QCOMPARE(shown("firstCloudAlt"), QStringLiteral("----"));
         QCOMPARE(shown("secondCloudAlt"), QStringLiteral("----"));
     };
@@ -360,9 +360,9 @@ void tst_terminal::misalignedFrames_recover()
     for (const char byte : misaligned) {
         QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
         send(QByteArray(1, byte));
-        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kTimeoutMs);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kTimeoutMs);
     QCOMPARE(lamp, (QList<QVariantList>{{true}}));
 }
 
@@ -373,7 +373,7 @@ void tst_terminal::garbage_closesPort_stopAndStartRecovers()
     for (int byte = 0; byte < ork2::kMissesUntilLinkLost; ++byte) {
         QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
         send(QByteArrayLiteral("X"));
-        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kTimeoutMs);
     }
     QTRY_VERIFY(lamp.contains(QVariantList{false}));
     QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
@@ -388,7 +388,7 @@ void tst_terminal::startWithoutReading_writesNoOldLine()
 {
     startAndWaitForPort();
     send(QByteArrayLiteral("H012342500\r"));
-    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kTimeoutMs);
     press(false);
     startAndWaitForPort();
     probe().saveTimer()->stop(); // the test calls the ticks
@@ -399,7 +399,7 @@ void tst_terminal::startWithoutReading_writesNoOldLine()
     QCOMPARE(lamp, (QList<QVariantList>{{false}}));
 
     send(QByteArrayLiteral("H003000400\r"));
-    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("0300"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("0300"), kTimeoutMs);
     g_now.setTime(QTime(18, 1, 0, 300));
     lamp.clear();
     probe().tickSave();
@@ -477,7 +477,7 @@ QQuickItem *tst_terminal::visibleSecondHand() const
     auto *panel = qobject_cast<QQuickWindow *>(item("controlPanel"));
     panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(10, 20, 30), Qt::UTC));
     panel->show();
-    if (!QTest::qWaitForWindowExposed(panel, kPatienceMs)) {
+    if (!QTest::qWaitForWindowExposed(panel, kTimeoutMs)) {
         return nullptr;
     }
     return panel->findChild<QQuickItem *>(QStringLiteral("clockRow"))

@@ -7,12 +7,12 @@
 #include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "seededrandom.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -202,7 +202,7 @@ void tst_user::initTestCase()
     init();
     for (const QString &name : kPanels) {
         open(name);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kTimeoutMs));
         panel(name)->close();
     }
     measureOnce();
@@ -253,7 +253,7 @@ void tst_user::build()
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     m_window = qobject_cast<QQuickWindow *>(m_terminal->engine().rootObjects().value(0));
     QVERIFY(m_window != nullptr);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
     probe().setClock([] { return g_now; });
 }
@@ -517,9 +517,9 @@ void tst_user::settle()
         panel(name)->close();
     }
     QTest::keyClick(m_window, Qt::Key_Escape);
-    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
     QCoreApplication::sendPostedEvents();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
 }
 
 // Checks that a received frame is shown in the window.
@@ -529,14 +529,14 @@ void tst_user::measureOnce()
     currentPortName = m_port = m_line.path();
     QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
     press(true);
-    QTRY_VERIFY_WITH_TIMEOUT(wasShown(texts, QStringLiteral("Открыт")), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(wasShown(texts, QStringLiteral("Открыт")), kTimeoutMs);
     QVERIFY(m_line.write("H003000400\r") > 0);
     QTRY_COMPARE_WITH_TIMEOUT(
-        m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"), kPatienceMs);
+        m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"), kTimeoutMs);
     press(false);
-    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
     QTRY_COMPARE_WITH_TIMEOUT(
-        m_window->property("firstCloudAlt").toString(), QStringLiteral("----"), kPatienceMs);
+        m_window->property("firstCloudAlt").toString(), QStringLiteral("----"), kTimeoutMs);
 }
 
 void tst_user::randomEvents_leaveNothingBehind()
@@ -548,7 +548,7 @@ void tst_user::randomEvents_leaveNothingBehind()
     m_random = std::make_unique<ork2::SeededRandom>(static_cast<quint32>(seed));
     for (const QString &name : kPanels) {
         open(name);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kTimeoutMs));
     }
     settle();
     const QStringList threadsBefore = threads();
@@ -567,7 +567,7 @@ void tst_user::randomEvents_leaveNothingBehind()
         const auto left = [&] {
             return added(threads(), threadsBefore) + added(handles(), handlesBefore);
         };
-        const bool none = QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs);
+        const bool none = QTest::qWaitFor([&] { return left().isEmpty(); }, kTimeoutMs);
         QVERIFY2(none, left().join(u' ').toUtf8() + " not released after " + when);
     }
 }
@@ -596,7 +596,7 @@ void tst_user::ending_anyState_leavesNothingBehind()
     const QString opened = QStringLiteral("Открыт");
     if (kPanels.contains(state)) {
         open(state);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(state), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(state), kTimeoutMs));
     } else if (state == u"port open") {
         startAndAwait(opened);
     } else if (state == u"measuring" || state == u"line unplugged" || state == u"instrument lost") {
@@ -634,7 +634,7 @@ void tst_user::ending_anyState_leavesNothingBehind()
     tearDown();
     m_line.close();
     const auto left = [&] { return added(threads(), m_threads) + added(handles(), m_handles); };
-    QVERIFY2(QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs),
+    QVERIFY2(QTest::qWaitFor([&] { return left().isEmpty(); }, kTimeoutMs),
         left().join(u' ').toUtf8() + " not released");
 }
 

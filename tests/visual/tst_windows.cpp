@@ -5,8 +5,8 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -67,7 +67,7 @@ int differentPixels(const QImage &one, const QImage &other)
 QImage idlePicture(QQuickWindow &window)
 {
     constexpr int kStillMs = 500;
-    const QDeadlineTimer deadline(kPatienceMs);
+    const QDeadlineTimer deadline(kTimeoutMs);
     QImage before;
     QImage picture;
     do {
@@ -114,7 +114,7 @@ void tst_windows::initTestCase()
     m_log = std::make_unique<LogCapture>();
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     QVERIFY(!m_terminal->engine().rootObjects().isEmpty());
-    QVERIFY(QTest::qWaitForWindowExposed(window(QString()), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(window(QString()), kTimeoutMs));
 
     QObject *panel = window(QStringLiteral("controlPanel"));
     panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(9, 8, 36), Qt::UTC));
@@ -191,7 +191,7 @@ void tst_windows::window_matchesReference()
     QVERIFY(shown != nullptr);
     if (!name.isEmpty()) {
         shown->setProperty("visible", true);
-        QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
     }
     const QString file = QString::fromLatin1(QTest::currentDataTag()) + QStringLiteral(".png");
     const QImage picture = idlePicture(*shown);
@@ -241,14 +241,14 @@ void tst_windows::window_shownAgain_isUnchanged()
     QFETCH(const QString, name);
     QQuickWindow *shown = window(name);
     shown->setVisible(true);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
     const QImage before = idlePicture(*shown);
 
     shown->setVisible(false);
     QTRY_VERIFY(!shown->isExposed());
     shown->setVisible(true);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
-    QTRY_COMPARE_WITH_TIMEOUT(differentPixels(shown->grabWindow(), before), 0, kPatienceMs);
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
+    QTRY_COMPARE_WITH_TIMEOUT(differentPixels(shown->grabWindow(), before), 0, kTimeoutMs);
     shown->setVisible(name.isEmpty());
 }
 

@@ -3,4 +3,4 @@
 
 // The timeout for expected events, in milliseconds. A sanitizer on a busy machine slows a program
 // down considerably, so Qt's default of 5 s is not sufficient.
-constexpr int kPatienceMs = 60000;
+constexpr int kTimeoutMs = 60000;
