@@ -17,7 +17,7 @@ int runTerminal(QApplication &application)
 {
     ork2::registerOdbcDriverAlias();
     Receiver::registerType();
-    // Desktops find the menu entry, and with it the icon in their task bar, by this name.
+    // Desktop environments use this name to find the menu entry and the icon for the task bar.
     QGuiApplication::setDesktopFileName(QStringLiteral("ork2-terminal"));
     QGuiApplication::setWindowIcon(QIcon(QStringLiteral(":/img/logokas_p9x_2.ico")));
 
@@ -33,14 +33,14 @@ int runTerminal(QApplication &application)
 int main(int argc, char *argv[])
 {
 #ifdef SIGPIPE
-    // Whoever reads the log may end before the program; that must not end the measurement.
+    // A program that reads the log may exit first, which must not end the measurement.
     std::signal(SIGPIPE, SIG_IGN);
 #endif
-    // One application object; a second one stacked on it would crash at exit.
+    // Only one application object: a second one on the stack would crash at exit.
     QApplication application(argc, argv);
     const int status = runTerminal(application);
-    // The worker thread is not stopped and goes on delivering events: the process ends under it at
-    // once, while the application and the static objects that it uses still stand.
+    // The worker thread is still running and delivering events. Exit immediately, before the
+    // application object and the static objects that it uses are destroyed.
     std::fflush(nullptr);
     std::_Exit(status);
 }

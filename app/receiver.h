@@ -4,8 +4,8 @@
 #include <QObject>
 #include <QString>
 
-// Messenger from a document to the program, kept for later: known to the meta-type system, but
-// nothing makes one, publishes it or connects it.
+// Passes messages from a QML document to the program. For future use: the type is registered, but
+// no instance is created.
 class Receiver : public QObject
 {
     Q_OBJECT
@@ -13,7 +13,7 @@ class Receiver : public QObject
 public:
     explicit Receiver(QObject *parent = nullptr);
 
-    // Makes the type known by its name; from the entry function.
+    // Registers the type with the meta-type system. Called by main().
     static void registerType();
 
 Q_SIGNALS:
@@ -21,5 +21,5 @@ Q_SIGNALS:
     void ExitButt(); // declared, never emitted
 
 public Q_SLOTS:
-    void receiveFromQml(QString text); // comes back as sendToQml
+    void receiveFromQml(QString text); // emits sendToQml with the same text
 };

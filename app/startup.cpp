@@ -38,7 +38,7 @@ void Splash::countUp()
     clock.start();
     while (clock.elapsed() < kSplashMs) {
         const auto elapsed = static_cast<double>(clock.elapsed());
-        // The clock is read a second time; a pause in between must not show 100.
+        // This is a second reading of the clock, which may exceed kSplashMs; never show 100 %.
         const int percent = qMin(static_cast<int>(elapsed / kSplashMs * 100.0), 99);
         m_screen.showMessage(QObject::tr("Загружено: %1%").arg(percent),
             Qt::AlignRight | Qt::AlignBottom, Qt::black);
@@ -91,8 +91,8 @@ void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, co
 
 void drawChangesOnce(QQuickItem &layeredItem)
 {
-    // In the thread that draws, while the interface thread waits. The texture is made anew whenever
-    // its window is shown again.
+    // Called in the render thread while the GUI thread is blocked. The texture is created again
+    // whenever the window is shown.
     QObject::connect(
         layeredItem.window(), &QQuickWindow::afterSynchronizing, &layeredItem,
         [&layeredItem] {

@@ -12,19 +12,19 @@ class QQuickItem;
 class UiData;
 class mainBackEnd;
 
-// Steps of the start that the entry function takes in turn; main thread.
+// Steps of the program start, called by main(). Main thread.
 namespace ork2 {
 
 inline constexpr qint64 kSplashMs = 1000;
 
-// The logo with the version and a loading percentage, before anything else exists.
+// The splash screen: the logo with the version and a loading percentage.
 class Splash
 {
 public:
     Splash();
 
-    // Shows it until kSplashMs have passed. Keeps one core busy: the percentage advances as fast as
-    // the machine repaints.
+    // Shows the splash screen for kSplashMs. Keeps one CPU core busy: the percentage is updated as
+    // fast as the screen is repainted.
     void countUp();
     [[nodiscard]] QSplashScreen &screen() { return m_screen; }
 
@@ -34,24 +34,24 @@ private:
     QLabel m_version;
 };
 
-// Makes the program's version known to the documents, as Qt.application.version.
+// Publishes the program's version to the documents as Qt.application.version.
 void publishVersion();
 
-// Where documents find modules that the toolkit's version does not bring.
+// Adds the import paths of modules that this Qt version does not provide.
 void addImportPaths(QQmlApplicationEngine &engine);
 
-// From the controller to the two layers' chart data and back.
+// Connects the controller with the chart data of the two layers.
 void connectCharts(mainBackEnd &backEnd, UiData &firstLayer, UiData &secondLayer);
 
-// Ends the event loop with -1 when the document at this address cannot be loaded.
+// Exits the event loop with -1 if the document at this URL cannot be loaded.
 void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, const QUrl &document);
 
-// An item with a layer asks for a further frame after the one that already shows its change, and
-// the whole window is drawn twice where no display's beat holds it back. Ends that for an item of a
-// window whose layer is drawn by this window only, and not by an effect.
+// An item with a layer requests another frame after the one that shows its change, so that the
+// whole window is drawn twice unless vertical synchronization prevents it. Disables this for an
+// item whose layer is drawn by its window only, and not by an effect.
 void drawChangesOnce(QQuickItem &layeredItem);
 
-// The same for the clocks of the control panel, the window that changes most.
+// Calls drawChangesOnce() for the clocks of the control panel, the window that changes most often.
 void drawClocksOnce(const QQmlApplicationEngine &engine);
 
 } // namespace ork2

@@ -10,13 +10,13 @@
 
 namespace ork2 {
 
-// Everything that lives from the end of the splash screen to the end of the event loop, in the
-// order of construction. The back-end objects die before the engine that refers to them: what a
-// document binds to them must stand their absence. Main thread.
+// Owns the objects that live from the end of the splash screen to the end of the event loop, in the
+// order of construction. The back-end objects are destroyed before the engine that refers to them,
+// so bindings in QML documents must handle null objects. Main thread.
 class Terminal
 {
 public:
-    // Loads the document. If that fails, the application's event loop ends with -1.
+    // Loads the document. If that fails, the application's event loop exits with -1.
     Terminal(QObject &application, QUrl document);
 
     [[nodiscard]] QQmlApplicationEngine &engine() { return m_engine; }

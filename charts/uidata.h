@@ -6,10 +6,10 @@
 #include <QScatterSeries>
 
 namespace ork2 {
-inline constexpr int kSeriesCapacity = 10320; // points; a sample each 10 s: 28 hours 40 minutes
+inline constexpr int kSeriesCapacity = 10320; // points, one every 10 s: 28 hours 40 minutes
 }
 
-// Feeds one layer's heights into one scatter series of the chart; the series is the only store.
+// Adds the heights of one layer to a scatter series of the chart. The points are stored only there.
 // Main thread.
 class UiData : public QObject
 {
@@ -37,15 +37,15 @@ Q_SIGNALS:
     void xmaxChanged();
     void yminChanged();
     void ymaxChanged();
-    void removeGPoints(); // the series holds more points than kSeriesCapacity
+    void removeGPoints(); // the series contains more points than kSeriesCapacity
 
 public Q_SLOTS:
-    // x: milliseconds since the epoch, y: metres. Without a series the sample is dropped.
+    // x in milliseconds since the epoch, y in metres. Does nothing if no series is set.
     void newData(qreal x, qreal y);
 
 private:
     QPointer<QScatterSeries> m_series;
-    // The bounds are offered to the documents and stay 0.
+    // Exposed to the QML documents; always 0.
     qreal m_xmin = 0;
     qreal m_xmax = 0;
     qreal m_ymin = 0;

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Compiler settings that every target of the project shares.
+# Compiler settings shared by all targets of the project.
 
 add_library(ork2_build_flags INTERFACE)
 target_compile_definitions(ork2_build_flags INTERFACE
@@ -30,14 +30,14 @@ if(NOT MSVC)
     endif()
 endif()
 
-# One folder, one library; its headers are included by file name, as "comport.h".
+# Adds the library of a folder. Its headers are included by file name, for example "comport.h".
 function(ork2_add_library target)
     add_library(${target} STATIC ${ARGN})
     target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${target} PUBLIC ork2_build_flags)
 endfunction()
 
-# Programs that people start stand together in bin/; tests and benchmarks stay in their own folders.
+# Adds a program for users, built in bin/. Tests and benchmarks are built in their own folders.
 function(ork2_add_program target)
     add_executable(${target} ${ARGN})
     target_link_libraries(${target} PRIVATE ork2_build_flags)

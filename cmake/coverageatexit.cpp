@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Linked into the program when coverage is counted: _Exit would take the counts along.
+// Linked into the program for coverage measurements: _Exit() alone would discard the counters.
 
 extern "C" {
 
-// The names are the toolchain's (gcov; ld --wrap).
+// The names are defined by gcov and by ld --wrap.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 void __gcov_dump();
 [[noreturn]] void __real__Exit(int status);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Linked into every program that is built with the address sanitizer. Plug-ins and graphics drivers
-// stay loaded to the end, so that a leak's report names the library, and a suppression can.
+// Linked into all programs that are built with the address sanitizer. Plugins and graphics drivers
+// stay loaded until exit, so that leak reports and suppressions can refer to the library by name.
 extern "C" int dlclose(void * /*handle*/)
 {
     return 0;

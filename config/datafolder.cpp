@@ -10,15 +10,15 @@ namespace ork2 {
 QString dayFileFolder(int unitNumber)
 {
     const QString namePath = storedText(kNamePath);
-    const bool ownFolder = namePath.startsWith(kOwnFolderMark);
-    const QString base = ownFolder ? QCoreApplication::applicationDirPath() : namePath;
+    const bool programFolder = namePath.startsWith(kProgramFolderMark);
+    const QString base = programFolder ? QCoreApplication::applicationDirPath() : namePath;
     return base + QStringLiteral("/Data/ORK-2 N%1/").arg(unitNumber);
 }
 
 QString openedDataFolder()
 {
     const QString namePath = storedText(kNamePath);
-    return namePath.startsWith(kOwnFolderMark)
+    return namePath.startsWith(kProgramFolderMark)
         ? QCoreApplication::applicationDirPath() + QStringLiteral("/Data")
         : namePath + QStringLiteral("ORK2/Data/");
 }

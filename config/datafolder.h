@@ -5,14 +5,15 @@
 
 namespace ork2 {
 
-// Both follow the stored data folder: text that begins with '!' is the program's own folder, any
-// other one a folder. Absolute or as stored; nothing is created.
+// Both functions use the stored data folder. A value that begins with '!' is the program folder;
+// any other value is a path, which may be relative. No folder is created.
 
-// Where the day files of an instrument lie, with a slash at its end.
+// Returns the folder of an instrument's day files, with a trailing slash.
 [[nodiscard]] QString dayFileFolder(int unitNumber);
 
-// What the command "Открыть папку с данными" opens. For a folder of one's own that is "ORK2/Data/"
-// in it and not the "Data/" that the day files go to, intentional: both take the text as it stands.
+// Returns the folder opened by the command "Открыть папку с данными". If a path is stored, this is
+// its "ORK2/Data/" and not the "Data/" that contains the day files. Intentional: both functions
+// append to the stored text unchanged.
 [[nodiscard]] QString openedDataFolder();
 
 } // namespace ork2

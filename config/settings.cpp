@@ -14,10 +14,10 @@ namespace {
 constexpr qsizetype kBaudRateLine = 2;
 constexpr qsizetype kParityLine = 3;
 constexpr qsizetype kNumberWord = 2;
-constexpr qsizetype kQuotedPiece = 1;
-// A settings file is a few lines; a longer one is something else, and reading it whole would only
-// take the memory away from the measurement.
-constexpr qint64 kLongestFile = 1'048'576;
+constexpr qsizetype kQuotedPart = 1;
+// A settings file has a few lines. A larger file is not a settings file, and reading it would use
+// memory that the measurement needs.
+constexpr qint64 kMaxFileSize = 1'048'576;
 
 quint32 numberInLine(const QList<QByteArray> &lines, qsizetype line)
 {
@@ -55,17 +55,17 @@ void settings::readSettingsFile()
     if (!file.exists()) {
         qDebug() << "File not existed";
     } else if (!QFileInfo(file).isFile()) {
-        // A pipe would be waited for and a device read without end, with the window standing still.
+        // Opening a pipe or reading a device could block the user interface.
         qDebug() << "Settings file is no regular file and is not read";
-    } else if (file.size() > kLongestFile) {
-        qDebug() << "Settings file is longer than" << kLongestFile << "bytes and is not read";
+    } else if (file.size() > kMaxFileSize) {
+        qDebug() << "Settings file is longer than" << kMaxFileSize << "bytes and is not read";
     } else if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qDebug() << file.errorString();
     }
     QByteArray text;
     m_fileRead = file.isOpen();
     if (m_fileRead) {
-        text = file.read(kLongestFile);
+        text = file.read(kMaxFileSize);
         file.close();
     } else {
         qDebug() << "File wasn't open";
@@ -76,28 +76,28 @@ void settings::readSettingsFile()
         Q_EMIT sendComPortSettingsToQml(port);
     }
 
-    // Appended, not replaced: the text only goes to the log, where each read adds its port.
+    // Intentional: appended, not replaced. The text is only logged.
     m_comPort += ork2::storedText(store, ork2::kPortToOpen);
     qDebug() << m_comPort;
 
     if (!m_fileRead) {
         return;
     }
-    takeValues(text);
+    parseValues(text);
     ork2::storeText(store, ork2::kNamePath, m_namePath);
     store.sync();
     Q_EMIT sendSettingsToQml(QString::fromUtf8(text));
 }
 
-void settings::takeValues(const QByteArray &text)
+void settings::parseValues(const QByteArray &text)
 {
     QList<QByteArray> lines = text.split('\n');
     if (lines.size() > 1 && lines.constLast().isEmpty()) {
-        lines.removeLast(); // editors end the last line with a line feed, too
+        lines.removeLast(); // editors also end the last line with a line feed
     }
     m_baudRate = numberInLine(lines, kBaudRateLine);
     m_parity = numberInLine(lines, kParityLine);
-    m_pathToData = QString::fromUtf8(lines.constLast().split('"').value(kQuotedPiece));
+    m_pathToData = QString::fromUtf8(lines.constLast().split('"').value(kQuotedPart));
     const bool usable = !m_pathToData.isEmpty() && !m_pathToData.startsWith(u'~');
     m_namePath = usable ? m_pathToData : ork2::kNamePath.fallback.toString();
 }

@@ -6,10 +6,10 @@
 #include <QString>
 #include <QStringList>
 
-// Reads the settings file "settings/settings.txt" beside the program when the settings panel asks
-// for it, tells the panel its text and the serial ports present, and keeps the data folder in the
-// settings store. Main thread. The file is read by position, not by key: third word of the third
-// and fourth line, quoted text of the last line.
+// Reads the settings file "settings/settings.txt" in the program folder when requested by the
+// settings window, sends its text and the available serial ports to the window, and saves the data
+// folder in the settings store. Main thread. The file is read by position, not by key: the third
+// word of the third and of the fourth line, and the quoted text of the last line.
 class settings : public QObject
 {
     Q_OBJECT
@@ -26,24 +26,24 @@ public:
 
 Q_SIGNALS:
     void sendSettingsToQml(QString data);
-    void sendComPortSettingsToQml(QString cPort); // once for each port present
+    void sendComPortSettingsToQml(QString cPort); // once for each available port
 
 public Q_SLOTS:
     void receiveSignalFromQml();
-    // A missing or unreadable file is told in the debug log only; nothing is stored then.
+    // A missing or unreadable file is reported in the debug log only, and nothing is stored.
     void readSettingsFile();
 
 private:
-    friend class SettingsProbe; // tests set the ports
+    friend class SettingsProbe; // sets the ports in tests
 
     [[nodiscard]] static QStringList portsOfThisMachine();
-    void takeValues(const QByteArray &text);
+    void parseValues(const QByteArray &text);
 
-    quint32 m_baudRate = 0; // baud; kept here only, the line's own parameters are fixed
+    quint32 m_baudRate = 0; // not used for the port, whose parameters are fixed
     quint32 m_parity = 0;
     bool m_fileRead = false;
     QString m_pathToData;
-    QString m_comPort; // grows with every read; only logged
+    QString m_comPort; // appended to at each read; only logged
     QString m_namePath;
     QStringList (*m_presentPorts)() = &settings::portsOfThisMachine;
 };

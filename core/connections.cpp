@@ -10,9 +10,9 @@
 
 namespace ork2 {
 
-// The order of the rows is the order of delivery where one signal has two receivers: a reading
-// reaches the controller before the file writer, a channel state the file writer before the
-// controller.
+// Where a signal has two receivers, the order of the connections is the order of delivery: the
+// controller receives a reading before the file writer does, and the file writer receives a channel
+// state before the controller does.
 void connectMeasurement(const MeasurementObjects &objects)
 {
     const auto &[controller, workerThread, comPort, parser, fileWriter] = objects;

@@ -18,8 +18,8 @@ struct MeasurementObjects
     datalogger &fileWriter;
 };
 
-// The way of a reading, of a command to the port and of a minute's mark between these objects.
-// Queued where the worker's thread is involved, so the worker may be moved there afterwards.
+// Connects the objects that handle readings, port commands and minute marks. The worker may be
+// moved to its thread afterwards: its connections then become queued.
 void connectMeasurement(const MeasurementObjects &objects);
 
 } // namespace ork2

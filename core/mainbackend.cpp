@@ -32,7 +32,7 @@ QTimer *makeTimer(QObject *parent, int intervalMs)
 {
     auto *timer = new QTimer(parent);
     timer->setInterval(intervalMs);
-    // A coarse timer may drift by 5 % and so step over the one second of a minute that counts.
+    // A coarse timer may deviate by 5 % and so miss the first second of a minute.
     timer->setTimerType(Qt::PreciseTimer);
     return timer;
 }
@@ -172,7 +172,7 @@ void mainBackEnd::startMeasurement()
 void mainBackEnd::disableButton()
 {
     stopMeasurement();
-    tellStopped();
+    reportStopped();
     m_measuring = false;
     m_fLayerValue = kNoValue;
     m_sLayerValue = kNoValue;
@@ -184,7 +184,7 @@ void mainBackEnd::startButtonSB(bool state)
     if (state) {
         stopMeasurement();
         Q_EMIT clearGraphData();
-        tellStopped();
+        reportStopped();
         m_measuring = false;
     } else {
         qDebug() << "Запускаем таймер";
@@ -203,7 +203,7 @@ void mainBackEnd::stopMeasurement()
     setEnabledButton(false);
 }
 
-void mainBackEnd::tellStopped()
+void mainBackEnd::reportStopped()
 {
     Q_EMIT sendCounter(kStoppedText);
     Q_EMIT firstCloudAlt(kDashes);
@@ -221,14 +221,14 @@ void mainBackEnd::requestData()
     }
     const int silentSeconds = noReplyCounter.fetchAndAddRelaxed(1) + 1;
     if (silentSeconds > ork2::kLostAfterSeconds) {
-        declareLost();
+        reportLost();
     } else if (!m_saveTimer->isActive()) {
         m_saveTimer->start(ork2::kSaveIntervalMs);
     }
     Q_EMIT chanelLED(m_chanelState == ork2::Channel::Reserve);
 }
 
-void mainBackEnd::declareLost()
+void mainBackEnd::reportLost()
 {
     Q_EMIT connectionLED(false);
     Q_EMIT connectionErrorClouds(ork2::kNoValueText.toString(), ork2::kNoValueText.toString());
@@ -241,8 +241,8 @@ void mainBackEnd::declareLost()
 void mainBackEnd::timeToSaveData()
 {
     const QDateTime now = m_now();
-    // Started anew even when the interval stays: after a tick that a busy program handled late, the
-    // timer would fire at the moment it had planned before, within the same second.
+    // Restart the timer even if the interval is unchanged: after a tick that was handled late, the
+    // timer would otherwise fire at the originally scheduled time, within the same second.
     if (m_saveTimer->isActive()) {
         m_saveTimer->start(ork2::nextTickDelayMs(now.time()));
     }
@@ -259,16 +259,16 @@ void mainBackEnd::plotGraph()
     Q_EMIT updateVoidGraph();
 }
 
-// What was on its way from the line when the measurement was stopped: nothing would ever take it
-// off the window again.
-bool mainBackEnd::comesTooLate() const
+// Readings that were still queued when the measurement was stopped must not be shown: nothing would
+// clear them.
+bool mainBackEnd::arrivesAfterStop() const
 {
     return !m_measuring && (sender() == m_convertData || sender() == m_comPort);
 }
 
 void mainBackEnd::showTheCloud(QString fLayer, QString sLayer)
 {
-    if (comesTooLate()) {
+    if (arrivesAfterStop()) {
         return;
     }
     m_fLayerValue = ork2::plottedHeight(fLayer);
@@ -287,7 +287,7 @@ void mainBackEnd::showTheCloud(QString fLayer, QString sLayer)
         Q_EMIT noDataError();
         break;
     case ork2::ReadingKind::NotReady:
-        blankError(fLayer, sLayer); // no signal, intentional: the banner keeps what it says
+        blankError(fLayer, sLayer); // intentional: no signal, the banner keeps its text
         break;
     case ork2::ReadingKind::Other:
         break;
@@ -312,12 +312,13 @@ void mainBackEnd::showTheCloudChanel(QString chCloud)
 
 void mainBackEnd::connectionLed(bool ok)
 {
-    if (comesTooLate()) {
+    if (arrivesAfterStop()) {
         return;
     }
     Q_EMIT connectionLED(ok);
     if (!ok) {
-        // The timers run on and the start button stays checked: the user decides what is next.
+        // The timers keep running and the start button stays checked: the user decides how to
+        // proceed.
         Q_EMIT stopButtonClicked();
         Q_EMIT sendCounter(kLostText);
     }
@@ -338,7 +339,7 @@ void mainBackEnd::on_error(QString err)
     const QString stamp = m_now().toString(u"hh:mm:ss.zzz");
     Q_EMIT sendCounter(QStringLiteral("[%1]:\t").arg(stamp) + err);
     if (!m_measuring) {
-        // One timer a message, kept after it fired: messages while stopped are rare.
+        // One timer per message, not deleted after its timeout: messages while stopped are rare.
         auto *timer = new QTimer(this);
         timer->setSingleShot(true);
         connect(timer, &QTimer::timeout, this, [this] { Q_EMIT sendCounter(kStoppedText); });

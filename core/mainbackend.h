@@ -21,19 +21,19 @@ class datalogger;
 namespace ork2 {
 inline constexpr int kRequestIntervalMs = 1000;
 inline constexpr int kPlotIntervalMs = 10000;
-inline constexpr int kLostAfterSeconds = 30; // lost from the next silent second on
-// While the instrument stays lost, the loss is declared again each 25 s; 6 instead of 0 keeps the
-// file writer from writing until a real frame resets the counter.
+inline constexpr int kLostAfterSeconds = 30; // the loss is reported in the next second
+// While the connection remains lost, the loss is reported again every 25 s. The value is not 0, so
+// that the file writer does not write until a frame resets the counter.
 inline constexpr int kCounterAfterLoss = 6;
 inline constexpr int kStoppedTextDelayMs = 1000;
 inline constexpr int kControlPanelDelayMs = 100;
 }
 
-// The measurement: starts and stops it, watches whether the instrument still answers, turns decoded
-// readings into what the window shows, feeds the charts each 10 s and gives the file writer its
-// mark each minute. Published to the documents as "mainBackEnd". Main thread; its constructor
-// builds the serial worker with its thread, the parser and the file writer, which live until the
-// process ends.
+// Controls the measurement: starts and stops it, detects the loss of the instrument, converts
+// parsed readings to the texts shown in the window, adds a point to the charts every 10 s and
+// notifies the file writer every minute. Available in the QML documents as "mainBackEnd". Lives in
+// the main thread. The constructor creates the serial worker with its thread, the parser and the
+// file writer, which live until the process exits.
 class mainBackEnd : public QObject
 {
     Q_OBJECT
@@ -61,7 +61,7 @@ public:
     // Start and stop a measurement; only the start opens the port.
     Q_INVOKABLE void enButton();
     Q_INVOKABLE void disableButton();
-    // Next width of the time window: 10 minutes, 1 hour, 3 hours, 10 minutes.
+    // Switches to the next time window: 10 minutes, 1 hour, 3 hours, 10 minutes.
     Q_INVOKABLE void changeRangeX();
 
 Q_SIGNALS:
@@ -100,8 +100,8 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void WriteToPort(QString sensor, QByteArray data); // does nothing
-    // Another start and stop, without a caller; true stops and false starts, intentional: the
-    // argument is the state that the switch leaves.
+    // Alternative start and stop, not called. Intentional: true stops and false starts, because the
+    // argument is the previous state of the switch.
     void startButtonSB(bool state);
     void showTheCloud(QString fLayer, QString sLayer);
     void showTheCloudChanel(QString chCloud);
@@ -114,11 +114,11 @@ public Q_SLOTS:
     void connectionLed(bool ok);
     void severLed(bool ok);
     void dataLed(bool ok);
-    QDateTime minTime(); // edges of the chart's time window, local time
+    QDateTime minTime(); // bounds of the chart's time window, local time
     QDateTime maxTime();
     void setLogAxY(); // does nothing
     void removeGPoints();
-    // The axes belong to the document until this object is destroyed, which deletes them later.
+    // The document owns the axes; the destructor of this class calls deleteLater() on them.
     void setLogAxisY(QLogValueAxis *newLogAxisY);
     void setlineAxisY(QValueAxis *newLineAxisY);
 
@@ -130,29 +130,29 @@ private Q_SLOTS:
     void timeToSaveData();
 
 private:
-    // Tests reach the objects that the constructor builds, and set the clock and the ports.
+    // Tests access the objects created by the constructor, and set the clock and the ports.
     friend class MainBackEndProbe;
 
-    [[nodiscard]] bool comesTooLate() const;
+    [[nodiscard]] bool arrivesAfterStop() const;
     void startMeasurement();
     void stopMeasurement();
-    void tellStopped();
-    void declareLost();
+    void reportStopped();
+    void reportLost();
     void blankError(QString &firstText, QString &secondText);
 
-    bool m_workerRunning = false; // right after the start of the thread; kept, nothing reads it
+    bool m_workerRunning = false; // right after the start of the thread; not used
     QString m_unitNumber;
     QString m_unitYear;
     QTimer *m_requestTimer = nullptr;
     QTimer *m_saveTimer = nullptr;
     QTimer *m_plotTimer = nullptr;
     bool m_measuring = false;
-    QDateTime m_lastPollTime;      // of the latest watchdog tick; kept, nothing reads it
-    double m_fLayerValue = 3000.0; // metres, as plotted; the constructor makes it 5000
+    QDateTime m_lastPollTime;      // of the last watchdog tick; not used
+    double m_fLayerValue = 3000.0; // metres, as plotted; the constructor sets 5000
     double m_sLayerValue = 3000.0;
     ork2::Channel m_chanelState = ork2::Channel::Main;
-    QFont m_labelFont;         // kept; nothing reads it
-    bool m_cloudError = false; // the last reading carried a code; kept, nothing reads it
+    QFont m_labelFont;         // not used
+    bool m_cloudError = false; // the last reading was an error code; not used
     QPointer<QLogValueAxis> m_logAxisY;
     QPointer<QValueAxis> m_lineAxisY;
     bool m_enabledButton = false;

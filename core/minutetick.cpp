@@ -10,10 +10,10 @@ bool isMinuteMark(QTime now)
 
 int nextTickDelayMs(QTime now)
 {
-    constexpr int kAim = 300;
+    constexpr int kTarget = 300;
     constexpr int kTolerance = 200;
-    const int off = now.msec() - kAim;
-    return qAbs(off) <= kTolerance ? kSaveIntervalMs : kSaveIntervalMs - off;
+    const int offset = now.msec() - kTarget;
+    return qAbs(offset) <= kTolerance ? kSaveIntervalMs : kSaveIntervalMs - offset;
 }
 
 } // namespace ork2

@@ -7,13 +7,14 @@ namespace ork2 {
 
 inline constexpr int kSaveIntervalMs = 1000;
 
-// The save tick looks at the clock each second; the tick whose second is 0 is the minute's mark.
+// Returns whether a save tick at this time is the minute mark: the tick in second 0.
 [[nodiscard]] bool isMinuteMark(QTime now);
 
-// Milliseconds until the next save tick, kSaveIntervalMs while the tick keeps its place within the
-// second. A tick near the turn of a second may fall on either side of it, and the clock is slewed
-// against the timer over the months: some minute would then get two marks or none. A tick may be
-// late, but not early, so the aim leaves most of the second behind it.
+// Returns the milliseconds until the next save tick: kSaveIntervalMs as long as the ticks stay at
+// their position within the second. Over months, the timer drifts relative to the system clock. A
+// tick close to a second boundary may fall on either side of it, so that a minute would get two
+// marks or none. Ticks may be late but never early, so the target position leaves most of the
+// second after it.
 [[nodiscard]] int nextTickDelayMs(QTime now);
 
 } // namespace ork2

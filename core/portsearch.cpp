@@ -26,7 +26,7 @@ std::optional<QString> instrumentPort(const QList<PresentPort> &ports)
     int candidates = 0;
     QString name;
     for (const PresentPort &port : ports) {
-        // One common bit is enough, intentional: adapters of many makers qualify.
+        // Intentional: one common bit is sufficient, so that adapters of many vendors match.
         if ((port.productId & kAdapterIdBits) != 0) {
             ++candidates;
             name = port.name;

@@ -11,14 +11,14 @@ namespace ork2 {
 struct PresentPort
 {
     QString name;
-    quint16 productId = 0; // of the USB adapter; 0: none known
+    quint16 productId = 0; // of the USB adapter; 0: unknown
 };
 
-// The serial ports of this machine, in the order in which the system lists them.
+// Returns the serial ports of this machine in the order reported by the system.
 [[nodiscard]] QList<PresentPort> presentPorts();
 
-// Name of the only port that looks like the instrument's adapter; none if there is no such port or
-// more than one.
+// Returns the name of the port whose product identifier matches the instrument's adapter, or
+// std::nullopt if there is no such port or more than one.
 [[nodiscard]] std::optional<QString> instrumentPort(const QList<PresentPort> &ports);
 
 } // namespace ork2

@@ -10,7 +10,7 @@ namespace ork2 {
 double plottedHeight(const QString &text)
 {
     const double metres = text.toDouble();
-    // "nan " and "inf " are converted without complaint, but are no heights either.
+    // toDouble() also accepts "nan " and "inf ".
     return metres == 0.0 || !std::isfinite(metres) ? kNoValueHeight : metres;
 }
 

@@ -5,17 +5,17 @@
 
 namespace ork2 {
 
-// What the heights of both layers say together.
+// The meaning of the heights of both layers.
 enum class ReadingKind {
-    Measured,  // both are readings, or no value
-    NoFlash,   // both carry the instrument's code for a lamp that does not flash
-    DataError, // both carry the code for a data error
-    NotReady,  // both carry the code for data that are not ready
-    Other      // a code in one layer only, or a height above the range
+    Measured,  // each is a height or "no value"
+    NoFlash,   // both are the code for a lamp that does not flash
+    DataError, // both are the code for a data error
+    NotReady,  // both are the code for data that is not ready
+    Other      // a code in one layer only, or a height out of range
 };
 
-// The height at which a text is plotted, in metres. A text that is no number counts as 0, and 0 as
-// no value (kNoValueHeight).
+// Returns the height in metres at which a text is plotted. A text that is not a number is treated
+// as 0, and 0 as no value (kNoValueHeight).
 [[nodiscard]] double plottedHeight(const QString &text);
 
 // Heights in metres, as plotted.

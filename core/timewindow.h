@@ -11,7 +11,7 @@ inline constexpr int kTenMinutes = 600; // widths of the chart's time window, in
 inline constexpr int kOneHour = 3600;
 inline constexpr int kThreeHours = 10800;
 
-// How far back the chart shows, and its title.
+// The period shown in the chart, and the title of the chart.
 struct TimeWindow
 {
     int seconds;
@@ -19,7 +19,7 @@ struct TimeWindow
 };
 
 [[nodiscard]] TimeWindow firstTimeWindow();
-// 10 minutes, 1 hour, 3 hours, 10 minutes; none for any other width.
+// 10 minutes, 1 hour, 3 hours, 10 minutes; std::nullopt for any other width.
 [[nodiscard]] std::optional<TimeWindow> nextTimeWindow(int seconds);
 
 } // namespace ork2

@@ -18,7 +18,7 @@
 
 namespace {
 
-// The row's elements in their order; the station between them comes from the settings store.
+// The elements of a row. The station is not among them; it is read from the settings store.
 enum Element { Date, Time, Device, Voltage, Temperature, Radiation, UvIndex };
 
 const QString kTemplate = QStringLiteral(
@@ -32,13 +32,13 @@ QString threeDecimals(const QVariant &value)
     return QString::number(static_cast<double>(value.toFloat()), 'f', 3);
 }
 
-// The toolkit has no option for it, and it holds for one statement: set it after each prepare().
-void boundWaiting(const QSqlQuery &query)
+// Qt has no option for the statement timeout. It applies to one statement: call after prepare().
+void setStatementTimeout(const QSqlQuery &query)
 {
     const QVariant handle = query.result()->handle();
     if (handle.metaType() == QMetaType::fromType<SQLHANDLE>()) {
         const auto seconds = static_cast<quintptr>(ork2::kInsertTimeoutSeconds);
-        // The interface takes numbers in the place of a pointer.
+        // ODBC passes numbers in a pointer argument.
         auto *value = reinterpret_cast<SQLPOINTER>(seconds); // NOLINT(performance-no-int-to-ptr)
         SQLSetStmtAttr(handle.value<SQLHANDLE>(), SQL_ATTR_QUERY_TIMEOUT, value, SQL_IS_UINTEGER);
     }
@@ -133,7 +133,7 @@ bool databasesql::inserIntoTable(QList<QVariant> data)
     m_station = u'\'' + ork2::storedText(ork2::kServerStation) + u'\'';
     QSqlQuery query(m_db);
     query.prepare(statement(data));
-    boundWaiting(query);
+    setStatementTimeout(query);
     m_lastQuery = query.executedQuery();
     qDebug() << "SQL bind" << m_lastQuery;
     QTextStream(stdout) << m_lastQuery << Qt::endl;
@@ -150,7 +150,7 @@ bool databasesql::inserIntoTable(QList<QVariant> data)
 
 QString databasesql::statement(const QVariantList &row) const
 {
-    // All at once, so that a percent sign in a value is not taken for a place of its own.
+    // A single arg() call, so that "%1" in a value is not treated as a place marker.
     return kTemplate.arg(row.value(Date).toString(),
         row.value(Time).toString() + QStringLiteral(".000"), m_station,
         QString::number(row.value(Device).toInt()), threeDecimals(row.value(Voltage)),
@@ -161,8 +161,8 @@ QString databasesql::statement(const QVariantList &row) const
 void databasesql::closeConnection()
 {
     m_db.close();
-    // Asking for the name opens the connection once more where it can be opened; the removal, with
-    // m_db still referring to it, ends that one too, and the toolkit warns about it.
+    // QSqlDatabase::database() opens the connection again if it can. removeDatabase() closes it,
+    // with a warning from Qt because m_db still refers to the connection.
     const QString name = QSqlDatabase::database().connectionName();
     qDebug() << "BeforeDelete" << name;
     QSqlDatabase::removeDatabase(name);

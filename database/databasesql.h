@@ -8,16 +8,17 @@
 #include <QVariant>
 
 namespace ork2 {
-// What bounds one upload. Without them a silent server would hold the thread for ever.
-inline constexpr int kLoginTimeoutSeconds = 5;  // each opening; an upload opens twice
-inline constexpr int kInsertTimeoutSeconds = 5; // until the statement is given up
+// Timeouts of an upload. Without them, a server that does not answer would block the thread
+// forever.
+inline constexpr int kLoginTimeoutSeconds = 5;  // per open; an upload opens twice
+inline constexpr int kInsertTimeoutSeconds = 5; // of the INSERT statement
 inline constexpr int kPauseMs = 5000;           // of process()
 }
 
-// Inserts one row into [UVIndex].[dbo].[UVI] of an SQL server over ODBC. One object serves one
-// upload in a thread of its own; it connects afresh, with the parameters that the settings store
-// then holds, on the toolkit's default connection name, so no two uploads may overlap.
-// Every outcome is told by logSQLData, then finished() follows; nothing is tried again.
+// Inserts one row into [UVIndex].[dbo].[UVI] of an SQL server over ODBC. Each object performs one
+// upload in a separate thread. It connects with the current parameters of the settings store, using
+// Qt's default connection name, so uploads must not overlap. The result is reported through
+// logSQLData(), followed by finished(). Nothing is retried.
 class databasesql : public QObject
 {
     Q_OBJECT
@@ -26,27 +27,27 @@ public:
     explicit databasesql(QObject *parent = nullptr);
 
     // The row to insert: date, time, device number, voltage, temperature, radiation, UV index.
-    // Missing elements count as empty, further ones are ignored. Any thread, before the upload
-    // starts.
+    // Missing elements are treated as empty; additional ones are ignored. Call from any thread
+    // before the upload starts.
     void setRowValues(const QVariantList &row);
 
 Q_SIGNALS:
-    // The statement for a row inserted, "SQL connection failed!", "SQL data failed!" or "SQL bind".
+    // The executed statement, "SQL connection failed!", "SQL data failed!" or "SQL bind".
     void logSQLData(QString);
     void finished();
 
 public Q_SLOTS:
-    // Tests a connection. What it stores never takes effect: connecting reads the settings anew.
+    // Tests the connection. The parameters have no effect: connecting reads the settings store.
     void ServerSettings(QString serv_addr, int portNum, QString userName, QString userPass);
-    // Values stand in the statement's text as they are, quotes in them unescaped. Needs the
-    // connection that serverSend() opens. False: the statement failed.
+    // Values are inserted into the statement without escaping quotes. Requires the connection
+    // opened by serverSend(). Returns false if the statement failed.
     bool inserIntoTable(QList<QVariant> data);
-    void process(); // blocks its thread for kPauseMs, then finished()
+    void process(); // blocks the thread for kPauseMs, then emits finished()
     void serverSend();
     void makeSqlStr(QList<QVariant>);
 
 private:
-    // Tests run the statement without a server.
+    // Tests execute the statement without a server.
     friend class DatabaseSqlProbe;
 
     [[nodiscard]] bool connectToServer();
@@ -55,11 +56,11 @@ private:
 
     QString m_lastQuery;
     QVariantList m_rowValues;
-    QMutex m_rowLock; // guards m_rowValues during the hand-over
+    QMutex m_rowLock; // protects m_rowValues
     QString m_host;
     int m_port = 0;
     QString m_userName;
     QString m_userPass;
-    QString m_station; // as it stands in the statement, quotes included
+    QString m_station; // as used in the statement, including quotes
     QSqlDatabase m_db;
 };

@@ -8,8 +8,8 @@
 
 namespace {
 
-// Takes each driver fresh from the plug-in. To hold a QSqlDatabase and hand out its driver would be
-// shorter and leak a handle a connection.
+// Creates each driver with the plugin. Returning the driver of a QSqlDatabase would be shorter but
+// would leak one handle per connection.
 class OdbcDriverAlias : public QSqlDriverCreatorBase
 {
 public:

@@ -5,13 +5,11 @@
 
 namespace ork2 {
 
-// Name under which the uploader asks for the toolkit's ODBC driver. The toolkit itself knows that
-// driver as "QODBC" only.
+// The name by which the uploader requests Qt's ODBC driver, which Qt registers as "QODBC" only.
 inline constexpr QLatin1StringView kOdbcDriverName{"QODBC3"};
 
-// Makes kOdbcDriverName known. Call it once, before any other thread uses SQL: the toolkit keeps
-// the names without a lock. Where the ODBC plug-in is missing, connections of that name do not
-// open.
+// Registers kOdbcDriverName. Call once, before any other thread uses SQL: Qt does not protect its
+// list of drivers with a lock. Without the ODBC plugin, connections with this name do not open.
 void registerOdbcDriverAlias();
 
 } // namespace ork2

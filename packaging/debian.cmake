@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The program keeps settings/ and Data/ beside itself, hence a folder of its own below /opt; the rest
-# of the system finds it through links, so everything is installed from the root folder.
+# The program needs settings/ and Data/ in its own folder, so it is installed in /opt. Links are
+# installed in other folders of the system, so the installation prefix is the root folder.
 
 if(CMAKE_INSTALL_PREFIX_INITIALIZED_TO_DEFAULT)
     set_property(CACHE CMAKE_INSTALL_PREFIX PROPERTY VALUE /)
@@ -17,7 +17,7 @@ if(EXISTS ${PROJECT_SOURCE_DIR}/tools/diagnose)
     list(APPEND programs ork2-diagnose)
 endif()
 
-# Links and compressed files do not exist in the sources: they are made here, below the build folder.
+# Links and compressed files are not part of the sources; they are created in the build folder.
 set(made ${CMAKE_CURRENT_BINARY_DIR}/made)
 function(ork2_install_compressed source destination name)
     set(target ${made}/${destination}/${name}.gz)
@@ -55,7 +55,7 @@ install(FILES ${PROJECT_SOURCE_DIR}/art/icon.svg
     DESTINATION usr/share/icons/hicolor/scalable/apps RENAME ork2-terminal.svg)
 
 install(FILES debian/copyright DESTINATION ${documents})
-# The compiled-in fonts are the build machine's; their packages say under which terms.
+# The embedded fonts are taken from system packages, which contain their licences.
 foreach(font fonts-urw-base35 fonts-osifont)
     install(FILES /usr/share/doc/${font}/copyright
         DESTINATION ${documents} RENAME copyright.${font} OPTIONAL)
@@ -63,8 +63,8 @@ endforeach()
 install(FILES debian/lintian-overrides DESTINATION usr/share/lintian/overrides
     RENAME ork2-terminal)
 
-# What the program loads at run time is on the one list of packages, section [run]; the libraries it
-# is linked with are found in the program itself.
+# Packages needed at run time are listed in section [run] of the package list; the linked libraries
+# are determined from the program.
 set(package_list ${CMAKE_CURRENT_SOURCE_DIR}/debian-packages.txt)
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${package_list})
 file(STRINGS ${package_list} lines)
@@ -76,7 +76,7 @@ foreach(line IN LISTS lines)
     if(line MATCHES "^\\[(.*)\\]$")
         set(section ${CMAKE_MATCH_1})
     elseif(section STREQUAL "run" AND line MATCHES "^(.*[^ ]) *\\| *-$")
-        # Not in every release: the machine that builds for one of them has it or has not.
+        # Not available in every release: add the package if the build machine has it.
         set(name ${CMAKE_MATCH_1})
         execute_process(COMMAND dpkg-query -W ${name}
             RESULT_VARIABLE absent OUTPUT_QUIET ERROR_QUIET)
@@ -98,6 +98,6 @@ set(CPACK_PACKAGING_INSTALL_PREFIX /)
 set(control ${CMAKE_CURRENT_SOURCE_DIR}/debian)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${control}/conffiles ${control}/postinst ${control}/postrm)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# Folders that are made while packing must not take the umask of whoever packs.
+# The permissions of folders in the package must not depend on the umask of the user.
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)

@@ -1,16 +1,17 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The program, the toolkit and settings/ in one folder, as an installer and as an archive.
+# Installs the program, the Qt libraries and settings/ in one folder, as an installer and as an
+# archive.
 
 install(TARGETS ork2-terminal RUNTIME DESTINATION .)
 install(FILES ${PROJECT_SOURCE_DIR}/settings/settings.txt DESTINATION settings)
 
-# The toolkit brings its libraries and modules along.
+# Qt's deployment script installs its libraries and modules.
 qt_generate_deploy_qml_app_script(TARGET ork2-terminal FILENAME_VARIABLE deploy_script)
 install(SCRIPT ${deploy_script})
 
 set(CPACK_GENERATOR NSIS ZIP)
 set(CPACK_PACKAGE_INSTALL_DIRECTORY ork2-terminal)
-# Readings are written beside the program, which users may not do below "Program Files".
+# Day files are written to the program folder, and users cannot write to "Program Files".
 set(CPACK_NSIS_INSTALL_ROOT "$LOCALAPPDATA\\\\Programs")
 set(CPACK_NSIS_EXECUTABLES_DIRECTORY .)
 set(CPACK_PACKAGE_EXECUTABLES ork2-terminal "Терминал ОРК-2")

@@ -7,7 +7,7 @@
 
 namespace {
 
-// One byte is one character, in order; what lies past the end is absent.
+// Each byte is one character. Bytes beyond the end of the frame are omitted.
 QString field(const QByteArray &frame, qsizetype offset, qsizetype length)
 {
     return QString::fromLatin1(frame.mid(offset, length));
@@ -32,7 +32,7 @@ int plainWord(const QByteArray &frame, qsizetype offset)
     return plainByte(frame, offset) * 0x100 + plainByte(frame, offset + 1);
 }
 
-// The byte's two hexadecimal digits read as a decimal number; 0 where one is above 9.
+// The two hexadecimal digits of the byte as a decimal number; 0 if a digit is greater than 9.
 int decimalByte(const QByteArray &frame, qsizetype offset)
 {
     return frame.mid(offset, 1).toHex().toInt();
@@ -84,8 +84,8 @@ void convertData::parseTempData(QByteArray data)
     if (data.size() != ork2::kTempFrameLength) {
         return;
     }
-    // Computed from the fields, not reinterpreted: a zero exponent is no special case here, so that
-    // four zero bytes give 2^-127 and not 0, and that is meant.
+    // Computed from the fields instead of reinterpreting the bytes. Intentional: the protocol has
+    // no special case for a zero exponent, so four zero bytes give 2^-127 and not 0.
     const int high = plainWord(data, ork2::kTempHighWordOffset);
     const int low = plainWord(data, ork2::kTempLowWordOffset);
     const int exponent = (high >> 7) & 0xFF;

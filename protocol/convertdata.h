@@ -5,8 +5,8 @@
 #include <QObject>
 #include <QString>
 
-// Turns frames of the instrument into values; bytes in, texts and numbers out, no port needed.
-// Lives in the main thread and keeps no state. Formats: frames.h.
+// Parses the frames of the instrument. Does not access the port. Lives in the main thread and has
+// no state. The formats are defined in frames.h.
 class convertData : public QObject
 {
     Q_OBJECT
@@ -20,16 +20,16 @@ Q_SIGNALS:
     void readyToShowWindDirection(int address, double data1, double data2, double data3);
     void readyToShowWindCritical(int address, double data1, double data2, double data3);
     void readyToShowTemp(int address, double Temp);
-    // Heights of the first and second layer as digits, in metres; "5000" is no value.
+    // Heights of the first and second layer in metres, as digits; "5000" means no value.
     void readyToShowClouds(QString, QString);
-    // "0" main channel, "1" reserve channel.
+    // "0" is the main channel, "1" the reserve channel.
     void readyToShowCloudChanel(QString);
 
 public Q_SLOTS:
     void parseWindData(QByteArray data);
     void parseTempData(QByteArray data);
-    // Expects a whole frame and tests neither its length nor its digits: the serial worker passes
-    // only 11-byte frames. Bytes missing from a short array count as absent characters.
+    // Expects a complete frame. Checks neither its length nor its digits because the serial worker
+    // emits 11-byte frames only. If the array is too short, the missing characters are omitted.
     // Emits readyToShowClouds, then readyToShowCloudChanel.
     void parseCloudData(QByteArray data);
 };

@@ -7,8 +7,8 @@ namespace ork2 {
 
 qsizetype bytesBeforeNextFrame(QByteArrayView buffer)
 {
-    // An 'H' in front of it is a damaged digit: kept, it would become a false frame together with
-    // the beginning of the next one.
+    // Any other 'H' in this buffer is a corrupted digit: if it were kept, it would form a false
+    // frame with the start of the next one.
     if (buffer.endsWith(kCarriageReturn)) {
         return buffer.size();
     }

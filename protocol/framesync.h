@@ -5,11 +5,11 @@
 
 namespace ork2 {
 
-// How many leading bytes of a full buffer (kFrameLength bytes) do not belong to the next frame.
-// After a lost or an added byte, or an opening in mid-frame, a full buffer ends inside a frame;
-// what begins at its last 'H' is the beginning of that frame. A carriage return at the buffer's end
-// is the end of a frame, so nothing is kept then. 0: a buffer in which nothing says where a frame
-// begins.
+// Returns the number of leading bytes of a full buffer (kFrameLength bytes) that do not belong to
+// the next frame. After a lost or additional byte, or if the port was opened in the middle of a
+// frame, a full buffer ends inside a frame, and the last 'H' is the start of that frame. A carriage
+// return at the end of the buffer is the end of a frame, so no byte is kept. Returns 0 if the
+// buffer contains no start of a frame.
 [[nodiscard]] qsizetype bytesBeforeNextFrame(QByteArrayView buffer);
 
 } // namespace ork2

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #version 440
 
-// One direction of a Gaussian blur, deviation 3.05 pixels cut off at 8, taken at every second pixel.
+// One direction of a Gaussian blur: sigma 3.05 pixels, radius 8, sampled at every second pixel.
 layout(location = 0) in vec2 qt_TexCoord0;
 layout(location = 0) out vec4 fragColor;
 

@@ -30,7 +30,7 @@ std::array<double, 3> triple(double value)
     return {value, value, value};
 }
 
-// Opening a pipe waits for its other end, with the window standing still.
+// Opening a pipe would block the user interface until its other end is opened.
 bool isRegular(const QFile &file)
 {
     return QFileInfo(file).isFile();
@@ -45,7 +45,7 @@ datalogger::datalogger(QObject *parent)
 {
     connect(&m_uploads, SIGNAL(log(QString)), this, SLOT(dbLog(QString)));
     m_diskThread.setMaxThreadCount(1);
-    // A value below anything that a sensor can send tells "never received", and whose.
+    // Values below the range of the sensors mean "never received"; each sensor has a different one.
     double neverReceived = -5005.0;
     for (SensorBlock &sensor : m_sensors) {
         sensor = {
@@ -123,11 +123,11 @@ void datalogger::dbLog(QString log)
 
 void datalogger::SendStringToFile()
 {
-    lookForHeaderTemplate();
+    checkHeaderTemplate();
     const QString folder = ork2::dayFileFolder(m_unitNumber);
     const QString path = folder + m_fileNamePrefix + fileDate() + m_fileNameSuffix + kFileSuffix;
     if (m_unitNumber != 0 && !QDir(folder).exists()) {
-        QDir().mkpath(folder); // a failure shows when the file is opened
+        QDir().mkpath(folder); // a failure is detected when the file is opened
     }
     for (QString *layer : {&m_firstLayer, &m_secondLayer}) {
         if (*layer == ork2::kNoValueText) {
@@ -140,14 +140,14 @@ void datalogger::SendStringToFile()
     }
 }
 
-void datalogger::lookForHeaderTemplate()
+void datalogger::checkHeaderTemplate()
 {
     QFile file(QCoreApplication::applicationDirPath() + QStringLiteral("/Data/Header.txt"));
     if (!file.exists()) {
         qDebug() << "File not existed";
     } else if (!isRegular(file) || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qDebug() << "File wasn't open";
-    } // its text would be used for nothing, so it is not read
+    } // not read: the text is not used
 }
 
 QString datalogger::fileDate() const
@@ -180,24 +180,25 @@ QByteArray datalogger::record() const
 bool datalogger::writeRecord(const QString &path)
 {
     QFile file(path);
-    // Never opened but for appending: a network share that is away says of every file that it does
-    // not exist, and may be back a moment later. Not in text mode: the bytes are the same on every
-    // system. Unbuffered: a failed write is known here, and nothing is left over to be tried again
-    // at the close.
+    // Always open for appending: a network share that is unavailable reports every file as missing
+    // and may be available again immediately afterwards. Not in text mode, so that the bytes are
+    // the same on all systems. Unbuffered, so that write() reports errors and close() does not
+    // write again.
     if ((file.exists() && !isRegular(file))
         || !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
         qDebug() << "File wasn't open";
         return false;
     }
     const qint64 wholeLines = file.size();
-    // A power cut may leave the day's file without its bytes; it then begins anew.
+    // After a power failure, the file may be empty; it then gets a new header.
     const bool newDay = m_unitNumber != 0 && wholeLines == 0;
     const bool answering =
         !m_awaitingReading && noReplyCounter.loadRelaxed() < ork2::kReplyAgeLimit;
     const QByteArray bytes =
         (newDay ? header() : QByteArray()) + (answering ? record() : QByteArray());
     if (file.write(bytes) != bytes.size()) {
-        // A full disk takes part of a line; take it back, so that the next mark finds whole lines.
+        // On a full disk, part of a line may have been written. Remove it to keep complete lines
+        // only.
         qDebug() << "File wasn't written: " << file.errorString();
         file.resize(wholeLines);
         if (newDay) {
@@ -208,13 +209,13 @@ bool datalogger::writeRecord(const QString &path)
     if (newDay) {
         qDebug() << "New file was create with header";
     }
-    bringToDisk(file);
+    flushToDisk(file);
     return answering;
 }
 
-// The system would take half a minute to do so, but brings the file's new length to the disk within
-// seconds: a power cut in between leaves zeros in the line's place.
-void datalogger::bringToDisk(const QFile &file)
+// The system may write the new file size to the disk within seconds but the data only after half a
+// minute. A power failure in between would leave zeros in place of the line.
+void datalogger::flushToDisk(const QFile &file)
 {
 #ifdef Q_OS_UNIX
     const int descriptor = ::fcntl(file.handle(), F_DUPFD_CLOEXEC, 0);
@@ -222,8 +223,8 @@ void datalogger::bringToDisk(const QFile &file)
         return;
     }
     const auto sync = [this, descriptor] {
-        // Some disks and shares take a line and refuse it only here.
-        if (::fsync(descriptor) != 0 && errno != EINVAL) { // EINVAL: nothing that could be synced
+        // Some disks and network shares report a failed write only here.
+        if (::fsync(descriptor) != 0 && errno != EINVAL) { // EINVAL: cannot be synced
             const QString text = qt_error_string(errno);
             QMetaObject::invokeMethod(this, [this, text] {
                 qDebug() << "File wasn't written: " << text;
@@ -232,8 +233,8 @@ void datalogger::bringToDisk(const QFile &file)
         }
         ::close(descriptor);
     };
-    // Not waited for: the window would stand still on a slow disk. While one is under way there,
-    // the line is left to the next.
+    // In a separate thread, because a slow disk would block the user interface. While a previous
+    // flush is still running, the line is flushed together with the next one.
     if (!m_diskThread.tryStart(sync)) {
         ::close(descriptor);
     }

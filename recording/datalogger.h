@@ -14,18 +14,18 @@
 class QFile;
 
 namespace ork2 {
-// Seconds since the last frame from which on nothing is written.
+// If no frame has been received for this number of seconds, nothing is written.
 inline constexpr int kReplyAgeLimit = 6;
 }
 
-// Writes one line per time mark to the day's file of the instrument:
-// <base>/Data/ORK-2 N<unit>/<yyyy.MM.dd>.txt, UTF-8, a record being
-// CR LF time TAB first layer TAB second layer TAB channel; the line break comes first.
-// Main thread. A file that cannot be written is told by dataLedStatus(false); the next mark tries
-// anew.
+// Appends one record per minute to the instrument's day file (UTF-8):
+//   <base>/Data/ORK-2 N<unit>/<yyyy.MM.dd>.txt
+// A record is CR LF time TAB first layer TAB second layer TAB channel; the line break comes first.
+// Main thread. A failure to write is reported through dataLedStatus(false); the next minute tries
+// again.
 //
-// While the upload flag is set, each mark's row also goes to the database, written to the file or
-// not; see UploadQueue for what becomes of it.
+// While the upload flag is set, each record is also passed to the UploadQueue, even if it could not
+// be written to the file.
 class datalogger : public QObject
 {
     Q_OBJECT
@@ -33,18 +33,18 @@ class datalogger : public QObject
 public:
     explicit datalogger(QObject *parent = nullptr);
 
-    // A measurement starts: what came before is not its reading, so nothing is written to the file
-    // or the database until the next one comes.
+    // Call at the start of a measurement. Nothing is written to the file or the database until the
+    // next reading is received, so that no reading of an earlier measurement is recorded.
     void awaitReading() { m_awaitingReading = true; }
 
 Q_SIGNALS:
     void debugLog(QString log);
     void sendSqlStr(QVariantList data); // declared, never emitted
-    // true: a line was written; false: it was not, or the disk refused it afterwards
+    // true: a line was written; false: it was not, or it could not be flushed to the disk
     void dataLedStatus(bool);
 
 public Q_SLOTS:
-    // Wind: address 1, 2 or 3; others are ignored, as are temperatures from others than 11, 12, 13.
+    // Addresses other than 1 to 3 for wind and 11 to 13 for temperature are ignored.
     void DataWindSpeedRecieved(int address, double d1, double d2, double d3);
     void DataDirSpeedRecieved(int address, double d1, double d2, double d3);
     void DataExtSpeedRecieved(int address, double d1, double d2, double d3);
@@ -53,10 +53,10 @@ public Q_SLOTS:
     void DataTempRecieved(int address, double temperature);
     // date "yyyy/MM/dd", time "hh:mm:ss"; writes the line.
     void DateTimeRecieve(QString date, QString time);
-    void sqlChkBox(bool chk); // the upload flag; false leaves waiting rows to be uploaded
+    void sqlChkBox(bool chk); // sets the upload flag; rows already queued are still uploaded
     void SendStringToFile();
     void dbLog(QString log);
-    // The uploader's row for a written line: date with dashes, time, unit number, layers, channel.
+    // Returns the row to upload for a record: date with dashes, time, unit number, layers, channel.
     QVariantList arrayToQVList(QByteArray data);
 
 private:
@@ -66,7 +66,7 @@ private:
     static constexpr int kWindSensors = 3;
     static constexpr int kTemperatureAddressShift = 10;
 
-    // What one sensor last sent; kept, but not written to the file.
+    // The last values of one sensor; stored, but not written to the file.
     struct SensorBlock
     {
         std::array<double, 3> speed;
@@ -81,21 +81,21 @@ private:
     [[nodiscard]] QByteArray header() const;
     [[nodiscard]] QByteArray record() const;
     [[nodiscard]] bool writeRecord(const QString &path);
-    void bringToDisk(const QFile &file);
-    static void lookForHeaderTemplate();
+    void flushToDisk(const QFile &file);
+    static void checkHeaderTemplate();
 
     std::array<SensorBlock, kWindSensors> m_sensors;
-    int m_unitNumber = 0;                 // read once; 0: no folder and no header are made
-    DateForm m_dateForm = DateForm::Dots; // nothing sets another
+    int m_unitNumber = 0;                 // read once; 0: no folder and no header are created
+    DateForm m_dateForm = DateForm::Dots; // never changed
     bool m_upload = false;
     bool m_awaitingReading = false;
     QString m_date; // as received, with slashes
     QString m_time;
-    QString m_fileNamePrefix; // nothing sets the two
+    QString m_fileNamePrefix; // prefix and suffix are always empty
     QString m_fileNameSuffix;
     QString m_firstLayer;
     QString m_secondLayer;
     QString m_channelName;
     ork2::UploadQueue m_uploads;
-    QThreadPool m_diskThread; // has the system bring written lines to the disk
+    QThreadPool m_diskThread; // flushes written lines to the disk
 };

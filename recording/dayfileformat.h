@@ -3,12 +3,12 @@
 
 #include <QStringView>
 
-// Texts of a day file, UTF-8: two lines of headings, then records of four fields between tabs
-// (time, first layer, second layer, channel name). Each record begins with the line break, so the
-// file never ends with one.
+// Texts of a day file (UTF-8): two lines of headings, then records of four tab-separated fields
+// (time, first layer, second layer, channel name). Each record begins with a line break, so the
+// file does not end with one.
 namespace ork2 {
 
-inline constexpr QStringView kUnitHeading = u"Номер прибора:"; // a blank and the number follow
+inline constexpr QStringView kUnitHeading = u"Номер прибора:"; // followed by a space and the number
 inline constexpr QStringView kTimeHeading = u"Время:";
 inline constexpr QStringView kFirstLayerHeading = u"Первый слой облаков:";
 inline constexpr QStringView kSecondLayerHeading = u"Второй слой облаков:";

@@ -40,7 +40,7 @@ void UploadQueue::start(const QVariantList &row)
     m_thread->start(QThread::InheritPriority);
 }
 
-// The connection is gone by now, so the next upload cannot meet it.
+// Called when the database connection has been closed, so the next upload can use its name.
 void UploadQueue::uploadEnded()
 {
     m_thread = nullptr;

@@ -15,11 +15,11 @@ namespace ork2 {
 
 inline constexpr qsizetype kWaitingRowsLimit = 60; // one hour of minutes
 
-// Uploads rows to the database one after the other, each with an uploader and a thread of its own,
-// which delete themselves; nothing here waits for them. A row that comes meanwhile waits in memory,
-// and the oldest one goes next. At kWaitingRowsLimit the oldest waiting row is dropped, and log
-// says which. Rows still waiting when the program ends are lost, and so is a row whose upload
-// failed. Main thread.
+// Uploads rows to the database one after the other. Each upload uses a new uploader and a new
+// thread, which delete themselves; this class never blocks. Rows added during an upload wait in
+// memory; the oldest is uploaded first. If kWaitingRowsLimit is reached, the oldest waiting row is
+// dropped, which is reported through log(). Rows that are still waiting when the program exits are
+// lost, and so is a row whose upload fails. Main thread.
 class UploadQueue : public QObject
 {
     Q_OBJECT
@@ -39,9 +39,9 @@ private:
     void start(const QVariantList &row);
     void uploadEnded();
 
-    QWaitCondition m_moreRows;   // woken for each row that has to wait; nothing waits on it
-    QMutex m_handOver;           // kept; the uploader's own mutex guards the row
-    QThread *m_thread = nullptr; // of the upload that is running; both delete themselves
+    QWaitCondition m_moreRows;   // woken for each queued row; no thread waits on it
+    QMutex m_handOver;           // not used: the uploader's mutex protects the row
+    QThread *m_thread = nullptr; // of the current upload; deletes itself, as does the uploader
     databasesql *m_uploader = nullptr;
     QList<QVariantList> m_waitingRows; // oldest first
 };

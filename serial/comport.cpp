@@ -22,13 +22,13 @@
 
 namespace {
 
-constexpr qsizetype kShortText = 12; // hexadecimal texts below this length are shown unprefixed
-constexpr qsizetype kBytePitch =
-    5; // "0x48 ": characters from one byte of the shown text to the next
+constexpr qsizetype kShortText = 12; // shorter hexadecimal texts are shown without "0x"
+constexpr qsizetype kBytePitch = 5;  // length of "0x48 ", one byte of the displayed text
 constexpr auto kPendingWritePauseMs = 300;
 constexpr qint64 kRequestLength = 8;
 
-// What a sensor's command loses before its CRC is appended, and the reply's length to expect.
+// The bytes removed from a sensor command before its CRC is appended, and the expected reply
+// length.
 struct SensorCommand
 {
     qsizetype removeAt;
@@ -39,8 +39,7 @@ struct SensorCommand
 constexpr SensorCommand kWindCommand{5, 3, true, 15};
 constexpr SensorCommand kOtherCommand{6, 2, false, 9};
 
-// Name of the last port that the controller's search handed over; worker thread only. Kept, nothing
-// reads it.
+// Name of the port last received from the controller's port search. Worker thread only. Not used.
 QString plugPlayPortName;
 
 void logLinuxHint()
@@ -68,13 +67,13 @@ ComPort::ComPort(QObject *parent)
     , m_timer(new QTimer(this))
     , m_watch(this)
 {
-    // Bounded from the start: with two frames waiting at the first read event, an unbounded buffer
-    // would hold 22 bytes, never 11, and reading would never begin.
+    // Limit the buffer from the start: if two frames are pending at the first readyRead(), an
+    // unlimited buffer would contain 22 bytes, never 11, and no frame would ever be read.
     m_port.setReadBufferSize(ork2::kFrameLength);
     connect(&m_port, SIGNAL(readyRead()), this, SLOT(RecComData()));
     connect(this, SIGNAL(CallCom()), this, SLOT(RecComData()));
     connect(this, SIGNAL(SendRes(QByteArray)), this, SLOT(ComPortRecieve(QByteArray)));
-    // Without this a pulled adapter would stay "open" and silent.
+    // Without this, an unplugged adapter would stay open without any error.
     connect(&m_port, SIGNAL(errorOccurred(QSerialPort::SerialPortError)), this,
         SLOT(handleError(QSerialPort::SerialPortError)));
     m_watch.setInterval(ork2::kPortWatchMs);
@@ -107,7 +106,7 @@ void ComPort::ConnectPort()
         reportPortError();
         return;
     }
-    // What an earlier connection left behind, here or in the port, would put this one out of step.
+    // Data left over from a previous connection would break the frame alignment of this one.
     m_buffer.clear();
     m_port.clear();
     m_misses = 0;
@@ -115,7 +114,7 @@ void ComPort::ConnectPort()
     logLinuxHint();
     const bool configured = configurePort();
     if (!m_port.isOpen()) {
-        return; // the device vanished meanwhile, which has been reported already
+        return; // the device was removed, which has already been reported
     }
     if (!configured) {
         reportPortError();
@@ -165,11 +164,10 @@ void ComPort::release()
     }
 }
 
-// A device that vanished returns end of file forever, which Qt reports as one error or another or
-// not at all. Asked for its signals, the port gets the real error and reports it as a
-// ResourceError. The system is asked first: an adapter that is there may fail to answer for its
-// signals now and then, and that would end a good measurement. Where the system cannot be asked,
-// neither is the port.
+// A removed device returns end of file forever, which Qt reports as various errors or not at all.
+// Querying the pinout signals makes the port detect the actual error and report a ResourceError.
+// poll() is called first because a working adapter may occasionally fail to return its signals, and
+// that must not stop the measurement. Without poll(), the signals are not queried either.
 void ComPort::checkDevicePresent()
 {
 #ifdef ORK2_CAN_POLL
@@ -199,14 +197,14 @@ void ComPort::ComPortSettings(int ComBaudRate, int ComParity, QString ComName)
     m_port.setBaudRate(m_comBaudRate);
     m_port.setDataBits(QSerialPort::Data8);
     m_port.setStopBits(QSerialPort::OneStop);
-    m_port.setParity(QSerialPort::NoParity); // whatever ComParity says
+    m_port.setParity(QSerialPort::NoParity); // regardless of ComParity
     m_port.setFlowControl(QSerialPort::NoFlowControl);
 }
 
 qint64 ComPort::missingBytes() const
 {
     const qint64 missing = ork2::kFrameLength - m_buffer.size();
-    // A full buffer that is no frame goes on gathering: more bytes have it discarded.
+    // A full buffer that is not a frame keeps growing, so that the next bytes get it discarded.
     return missing > 0 ? missing : ork2::kFrameLength;
 }
 
@@ -223,10 +221,10 @@ void ComPort::RecComData()
     const bool full = m_buffer.size() == ork2::kFrameLength;
     const qsizetype done = full ? ork2::bytesBeforeNextFrame(m_buffer) : 0;
     if (full && m_buffer.startsWith(ork2::kFrameStart)) {
-        passOn();
+        deliverFrame();
     } else if (done > 0 && !m_resynchronized) {
-        // The next frame is on its way. Only once between two frames, so that garbage without an
-        // end still counts as a lost line.
+        // The start of the next frame has been received. Allowed only once between two frames, so
+        // that endless garbage is still reported as a lost connection.
         m_resynchronized = true;
         m_misses = 0;
     } else if (++m_misses >= ork2::kMissesUntilLinkLost) {
@@ -234,12 +232,11 @@ void ComPort::RecComData()
         Q_EMIT connectLED(false);
     }
     m_buffer.remove(0, done);
-    // The port gathers what is missing and no byte of the frame after it, in however many pieces
-    // the adapter delivers.
+    // Let the port buffer exactly the missing bytes and none of the following frame.
     m_port.setReadBufferSize(missingBytes());
 }
 
-void ComPort::passOn()
+void ComPort::deliverFrame()
 {
     qDebug() << "ComSend" << m_buffer.toHex(' ');
     Q_EMIT statusBarMsg(QStringLiteral("Получено сообщение: ") + messageText(m_buffer));
@@ -266,7 +263,7 @@ QByteArray ComPort::CRC16_ModBusRTU(QByteArray buf, ushort len)
 
 void ComPort::appendCrc(QByteArray &frame, qsizetype covered)
 {
-    // The value travels as text between the two slots, low byte of the CRC first.
+    // CRC16_ModBusRTU() returns text, with the low byte of the CRC first.
     const uint swapped = CRC16_ModBusRTU(frame, static_cast<ushort>(covered)).toUInt(nullptr, 16);
     frame += static_cast<char>(swapped >> 8U);
     frame += static_cast<char>(swapped & 0xFFU);
@@ -283,7 +280,7 @@ void ComPort::ComPortSend()
     appendCrc(request, ork2::kRequestCrcInput);
     request += ork2::kCarriageReturn;
 
-    m_port.open(QIODevice::ReadWrite); // also when it is open already; the result does not matter
+    m_port.open(QIODevice::ReadWrite); // fails if already open, which is harmless
     logLinuxHint();
     if (m_port.clear()) {
         m_port.write(request);

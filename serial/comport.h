@@ -14,11 +14,11 @@ inline constexpr int kReleaseTimeMs = 500;
 inline constexpr int kPortWatchMs = 1000; // how often an open port is checked for its device
 }
 
-// The one serial port of the instrument: opens and closes it on request, gathers the instrument's
-// 11-byte frames and hands each on. A lost or added byte, or an opening in mid-frame, costs a frame
-// or two, in whatever pieces the adapter delivers; the next ones are read again. Lives in a worker
-// thread of its own; every slot runs there and is reached from other threads through queued
-// connections only. Failures are reported through error_ with the port's own text; nothing is
+// The serial port of the instrument. Opens and closes the port on request, assembles the 11-byte
+// frames of the instrument and emits each one. A lost or additional byte, or a port opened in the
+// middle of a frame, costs one or two frames, regardless of how the adapter splits the data. Lives
+// in a separate worker thread; all slots run there and are called from other threads through queued
+// connections only. Failures are reported through error_ with the port's error string. Nothing is
 // retried.
 class ComPort : public QObject
 {
@@ -29,14 +29,14 @@ public:
     ~ComPort() override;
     Q_DISABLE_COPY_MOVE(ComPort)
 
-    // The port has no parent, so whoever moves this object to a thread moves the port as well.
+    // The port has no parent: code that moves this object to a thread must also move the port.
     [[nodiscard]] QSerialPort &port() { return m_port; }
     void clearReceiveBuffer() { m_buffer.clear(); }
 
-    // Has the port closed in its own thread, which may go on running; from any other thread. An
-    // open port leaves its lock file behind, which keeps other users' programs from it. Calls that
-    // are still queued are dropped, since each opening waits for the disk. Waits at most
-    // kReleaseTimeMs: a worker that hangs in its driver is left as it is.
+    // Closes the port in the worker thread, which may continue to run. Call from any other thread.
+    // A port that is still open when the process exits leaves its lock file behind, which prevents
+    // other users from opening the port. Queued calls are dropped because each open waits for the
+    // disk. Waits at most kReleaseTimeMs, in case the worker is blocked in the driver.
     void release();
 
 Q_SIGNALS:
@@ -61,28 +61,28 @@ Q_SIGNALS:
     void connectLED(bool); // true with each frame, false after kMissesUntilLinkLost misses
 
 public Q_SLOTS:
-    // ComParity is stored, but the parity is always set to none, intentional: the instrument knows
-    // no other.
+    // ComParity is stored, but the parity is always set to none. Intentional: the instrument
+    // supports no other.
     void ComPortSettings(int ComBaudRate, int ComParity, QString ComName);
-    void ComPortSend(); // kept ready; the instrument sends unasked, so nothing calls it
+    void ComPortSend(); // not called: the instrument sends without a request
     void ComPortRecieve(QByteArray data);
-    // CRC of the first len bytes, byte-swapped, as lower-case hexadecimal without leading zeros.
+    // Byte-swapped CRC of the first len bytes as lower-case hexadecimal without leading zeros.
     QByteArray CRC16_ModBusRTU(QByteArray buf, ushort len);
     void RecComData();
     void HeatTempSet(int temp);
     void DisconnectPort();
     void ConnectPort();
-    // The numbers are values of the QSerialPort enums; the port itself is not touched.
+    // The numbers are values of the QSerialPort enums. Takes effect with the next ConnectPort().
     void Write_Settings_Port(
         QString name, int baudrate, int DataBits, int Parity, int StopBits, int FlowControl);
     void process_Port();
-    // Legacy path without a caller: appends the CRC to a sensor's command and sends it.
+    // Legacy, not called: appends the CRC to a sensor command and sends it.
     void WriteToPort(QString sensor, QByteArray data);
     void handleError(QSerialPort::SerialPortError error);
-    void ReadInPort(); // legacy path: everything the port holds, as text
+    void ReadInPort(); // legacy, not called: emits all available data as text
 
 private:
-    // Tests set the heater flag, which no slot does.
+    // Tests set the heater flag, which no slot sets.
     friend class ComPortProbe;
 
     struct PortSettings
@@ -97,13 +97,13 @@ private:
 
     [[nodiscard]] bool configurePort();
     [[nodiscard]] qint64 missingBytes() const;
-    void passOn();
+    void deliverFrame();
     void checkDevicePresent();
     void appendCrc(QByteArray &frame, qsizetype covered);
     void reportPortError();
 
     QSerialPort m_port;
-    QByteArray m_buffer; // bytes of the frame being gathered
+    QByteArray m_buffer; // bytes of the incomplete frame
     PortSettings m_settings;
     int m_misses = 0;
     bool m_resynchronized = false; // since the last frame, see RecComData
@@ -112,6 +112,6 @@ private:
     QString m_comName;
     QTimer *m_timer = nullptr; // created, never started
     QTimer m_watch;            // runs while the port is open
-    int m_heaterSetPoint = 0;  // written by HeatTempSet, read by nothing
-    bool m_heater = false;     // no slot sets it, so requests carry 0
+    int m_heaterSetPoint = 0;  // set by HeatTempSet, not used
+    bool m_heater = false;     // not set by any slot
 };

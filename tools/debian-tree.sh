@@ -1,14 +1,13 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Read by tools/test-in-debian and tools/prove-package: Debian trees below build/, entered by chroot.
+# Functions for Debian trees in build/, sourced by tools/test-in-debian and tools/prove-package.
 
-# in_own_namespace COMMAND ARGUMENT...: starts the script once more (as the command says) in mount and
-# process namespaces of its own. What it mounts and starts there ends with it, however it ends:
-# nothing is left to clean up.
+# in_own_namespace COMMAND ARGUMENT...: restarts the script with the given command in separate mount
+# and process namespaces. All mounts and processes end with the script, so no cleanup is needed.
 in_own_namespace() {
     [ -z "${ORK2_NAMESPACE:-}" ] || return 0
     if [ "$(id -u)" -ne 0 ]; then
-        echo "$0: needs root, for debootstrap, mount and chroot; start it with sudo" >&2
+        echo "$0: root is required for debootstrap, mount and chroot; use sudo" >&2
         exit 1
     fi
     local tool
@@ -21,29 +20,29 @@ in_own_namespace() {
     ORK2_NAMESPACE=yes exec unshare --mount --pid --fork --kill-child --mount-proc "$@"
 }
 
-# Lines "ADDRESS LABEL" of the Debian archives that this machine's own apt uses.
+# Prints lines "URL LABEL" of the Debian archives used by this machine's apt.
 archives() {
     apt-get indextargets --format '$(REPO_URI) $(LABEL)' 'Created-By: Packages' \
         | awk '$2 ~ /^Debian(-Security)?$/' | sort -u
 }
 
-# base_tree RELEASE: makes build/debian-RELEASE/base, a minimal system, unless it is there already.
+# base_tree RELEASE: creates a minimal system in build/debian-RELEASE/base, unless it exists.
 base_tree() {
     local release=$1 folder=build/debian-$1 mirror
     [ ! -d "$folder/base" ] || return 0
     mirror=${DEBIAN_MIRROR:-$(archives | awk '$2 == "Debian" { print $1; exit }')}
     if [ -z "$mirror" ]; then
-        echo "This machine's apt knows no Debian archive: name one in DEBIAN_MIRROR" >&2
+        echo "apt has no Debian archive on this machine: set DEBIAN_MIRROR" >&2
         return 1
     fi
     mkdir -p "$folder/archives/partial"
     rm -rf "$folder/base.new"
-    echo "Making a minimal $release in $folder/base"
+    echo "Creating a minimal $release in $folder/base"
     debootstrap --variant=minbase "$release" "$folder/base.new" "$mirror" >"$folder/bootstrap.log" 2>&1 || {
         tail -n 5 "$folder/bootstrap.log" >&2
         return 1
     }
-    # The archives and the ways to them (proxies, certificates) are those of this machine.
+    # Use the archives, proxies and certificates of this machine.
     {
         echo "deb $mirror $release main"
         echo "deb $mirror $release-updates main"
@@ -57,7 +56,7 @@ base_tree() {
     mv "$folder/base.new" "$folder/base"
 }
 
-# mount_tree RELEASE TREE: what programs inside need; downloaded packages are kept for the next tree.
+# mount_tree RELEASE TREE: mounts the required file systems; downloaded packages are kept.
 mount_tree() {
     local tree=$2
     mount -t proc proc "$tree/proc"
@@ -67,7 +66,7 @@ mount_tree() {
     cp -L /etc/resolv.conf "$tree/etc/resolv.conf"
 }
 
-# enter TREE USER COMMAND...: becomes that command, as that user, with an environment of its own.
+# enter TREE USER COMMAND...: replaces the process by the command, with a clean environment.
 enter() {
     local tree=$1 user=$2 home
     home=$(chroot "$tree" getent passwd "$user" | cut -d: -f6)
@@ -78,5 +77,5 @@ enter() {
         ${DISPLAY:+DISPLAY="$DISPLAY"} "$@"
 }
 
-# inside TREE USER COMMAND...: the same beside the script.
+# inside TREE USER COMMAND...: the same in a subshell.
 inside() { (enter "$@"); }

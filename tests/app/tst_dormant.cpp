@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the program carries for later stays asleep: a run of its whole object graph, every slot that
-// the documents can reach included, starts no uploader and opens no database.
+// Features for future use stay inactive: running the complete object graph and calling all slots
+// available to the QML documents starts no uploader and opens no database.
 #include "terminal.h"
 
 #include "databasesql.h"
@@ -26,8 +26,8 @@ namespace {
 
 QDateTime g_now;
 
-// Sees objects that move to a thread, which an uploader does before its thread starts.
-class UploaderSpotter : public QObject
+// Counts uploaders. An uploader is moved to its thread before the thread starts.
+class UploaderCounter : public QObject
 {
 public:
     [[nodiscard]] int seen() const { return m_seen; }
@@ -44,22 +44,22 @@ private:
     int m_seen = 0;
 };
 
-// Stands in for the desktop's file browser, which the test must not open.
+// Replaces the file browser of the desktop, which the test must not open.
 class NoBrowser : public QObject
 {
     Q_OBJECT
 
 public:
-    NoBrowser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "take"); }
+    NoBrowser() { QDesktopServices::setUrlHandler(QStringLiteral("file"), this, "ignoreUrl"); }
     ~NoBrowser() override { QDesktopServices::unsetUrlHandler(QStringLiteral("file")); }
     Q_DISABLE_COPY_MOVE(NoBrowser)
 
 public Q_SLOTS:
-    void take(const QUrl &url) { Q_UNUSED(url) }
+    void ignoreUrl(const QUrl &url) { Q_UNUSED(url) }
 };
 
-// Calls every public slot and invokable of an object with arguments made up from their types.
-void callEverything(QObject *object)
+// Calls all public slots and invokable methods of an object with default-constructed arguments.
+void callAllSlots(QObject *object)
 {
     const QMetaObject *meta = object->metaObject();
     for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
@@ -89,10 +89,10 @@ class tst_dormant : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void run_ofEverything_wakesNothing();
+    void run_allSlotsCalled_startsNoUpload();
 };
 
-void tst_dormant::run_ofEverything_wakesNothing()
+void tst_dormant::run_allSlotsCalled_startsNoUpload()
 {
     ork2::registerOdbcDriverAlias();
     Receiver::registerType();
@@ -103,8 +103,8 @@ void tst_dormant::run_ofEverything_wakesNothing()
     profile::store(ork2::kNamePath, base.path());
     profile::store(ork2::kPortToShow, line.path());
     LogCapture log;
-    UploaderSpotter spotter;
-    qApp->installEventFilter(&spotter);
+    UploaderCounter uploaders;
+    qApp->installEventFilter(&uploaders);
     const NoBrowser browser;
     {
         ork2::Terminal terminal(*qApp, QUrl(QStringLiteral("qrc:/main")));
@@ -113,7 +113,7 @@ void tst_dormant::run_ofEverything_wakesNothing()
         g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
         probe.setClock([] { return g_now; });
 
-        // A measurement with lines in the day's file, as the start button makes it.
+        // A measurement as started by the start button, with lines in the day file.
         QSignalSpy texts(&terminal.backEnd(), &mainBackEnd::sendCounter);
         currentPortName = line.path();
         terminal.backEnd().enButton();
@@ -131,8 +131,8 @@ void tst_dormant::run_ofEverything_wakesNothing()
 
         const QVariant published =
             terminal.engine().rootContext()->contextProperty(QStringLiteral("settings"));
-        callEverything(&terminal.backEnd());
-        callEverything(published.value<QObject *>());
+        callAllSlots(&terminal.backEnd());
+        callAllSlots(published.value<QObject *>());
         QCoreApplication::processEvents();
         terminal.backEnd().disableButton();
 
@@ -142,7 +142,7 @@ void tst_dormant::run_ofEverything_wakesNothing()
         QCOMPARE(writer.waitingRows(), 0);
         probe.endWorker();
     }
-    QCOMPARE(spotter.seen(), 0);
+    QCOMPARE(uploaders.seen(), 0);
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
     QCOMPARE(log.lines().filter(QStringLiteral("SQL")), QStringList());
     QCOMPARE(log.lines().filter(QStringLiteral("Получено в C ++")), QStringList());

@@ -12,12 +12,12 @@ class tst_receiver : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void type_isKnown_onceRegistered();
-    void metaObject_members_standInTheirOrder();
-    void text_comesBack_andIsLogged();
+    void type_registered_isKnown();
+    void metaObject_members_areInDeclaredOrder();
+    void text_received_isEmittedAndLogged();
 };
 
-void tst_receiver::type_isKnown_onceRegistered()
+void tst_receiver::type_registered_isKnown()
 {
     QVERIFY(!QMetaType::fromName("Receiver*").isValid());
     Receiver::registerType();
@@ -26,7 +26,7 @@ void tst_receiver::type_isKnown_onceRegistered()
     QCOMPARE(type.metaObject(), &Receiver::staticMetaObject);
 }
 
-void tst_receiver::metaObject_members_standInTheirOrder()
+void tst_receiver::metaObject_members_areInDeclaredOrder()
 {
     const QMetaObject &meta = Receiver::staticMetaObject;
     const QByteArrayList methods = methodSignatures(meta);
@@ -35,7 +35,7 @@ void tst_receiver::metaObject_members_standInTheirOrder()
     QCOMPARE(meta.method(meta.methodOffset()).parameterNames(), QByteArrayList{"count"});
 }
 
-void tst_receiver::text_comesBack_andIsLogged()
+void tst_receiver::text_received_isEmittedAndLogged()
 {
     Receiver receiver;
     QSignalSpy texts(&receiver, &Receiver::sendToQml);

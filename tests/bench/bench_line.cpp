@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From the last byte on the line to the controller, through worker, queue and parser: latency of
-// single frames, and throughput of frames back to back.
+// Measures the latency of single frames and the throughput of continuous frames, from the last byte
+// on the line to the controller, including worker, event queue and parser.
 #include "mainbackend.h"
 
 #include "framenumber.h"
@@ -36,7 +36,7 @@ int main(int argc, char *argv[])
     QTemporaryDir profile;
     qputenv("XDG_CONFIG_HOME", profile.path().toUtf8());
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    // The log's text costs more than the way it reports on, and nobody reads it in a service.
+    // Logging takes longer than the processing itself, so it is disabled.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QGuiApplication application(argc, argv);
     ork2::PseudoTerminal line;
@@ -59,7 +59,7 @@ int main(int argc, char *argv[])
     currentPortName = line.path();
     QObject::connect(probe.comPort(), &ComPort::error_, &loop, &QEventLoop::quit);
     backEnd.enButton();
-    loop.exec(); // until the port tells that it is open
+    loop.exec(); // until the port reports that it is open
 
     std::vector<double> microseconds;
     for (int i = 0; i < kLatencyFrames; ++i) {
@@ -67,7 +67,7 @@ int main(int argc, char *argv[])
         const QByteArray frame = frameNumber(i);
         const Clock::time_point sent = Clock::now();
         if (line.write(frame) != frame.size()) {
-            std::fprintf(stderr, "The line did not take a frame\n");
+            std::fprintf(stderr, "The frame could not be written\n");
             return 1;
         }
         loop.exec();
@@ -88,9 +88,9 @@ int main(int argc, char *argv[])
             while (pending.size() < 4000 && i < kThroughputFrames) {
                 pending += frameNumber(i++);
             }
-            const qsizetype taken = line.write(pending);
-            if (taken > 0) {
-                pending.remove(0, taken);
+            const qsizetype written = line.write(pending);
+            if (written > 0) {
+                pending.remove(0, written);
             } else {
                 std::this_thread::yield();
             }

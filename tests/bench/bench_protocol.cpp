@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Nanoseconds per frame of the parsers and of the CRC.
+// Measures the duration of the parsers and of the CRC per frame.
 #include "convertdata.h"
 #include "crc16.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From the end of the splash screen to the first frame of the main window, and the memory then
-// resident. Needs a display: tests/with-display build/dev/tests/bench/bench_start
+// Measures the time from the end of the splash screen to the first frame of the main window, and
+// the resident memory. Requires a display: tests/with-display build/dev/tests/bench/bench_start
 #include "terminal.h"
 
 #include <QApplication>
@@ -25,11 +25,11 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "The main document did not load\n");
         return 1;
     }
-    const auto tell = [&clock] {
+    const auto report = [&clock] {
         std::printf("first frame after %lld ms\n", static_cast<long long>(clock.elapsed()));
         QCoreApplication::quit();
     };
-    QObject::connect(window, &QQuickWindow::frameSwapped, &application, tell,
+    QObject::connect(window, &QQuickWindow::frameSwapped, &application, report,
         static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::SingleShotConnection));
     const int status = QCoreApplication::exec();
     QFile memory(QStringLiteral("/proc/self/status"));

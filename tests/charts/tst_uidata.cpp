@@ -11,18 +11,18 @@ class tst_uidata : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void metaObject_members_standInTheirOrder();
+    void metaObject_members_areInDeclaredOrder();
     void newData_withoutSeries_doesNothing();
     void newData_withSeries_appendsPointAndLogsCount();
-    void newData_overCapacity_asksOnceForRemoval();
-    void setXy_sameSeriesTwice_tellsOnce();
+    void newData_overCapacity_requestsRemovalOnce();
+    void setXy_sameSeriesTwice_notifiesOnce();
     void setXy_replacedOwnChild_isDeleted();
-    void setXy_replacedForeignSeries_lives();
-    void setXy_seriesDeletedElsewhere_isForgotten();
-    void bounds_untouched_areZero();
+    void setXy_replacedForeignSeries_isNotDeleted();
+    void setXy_seriesDeletedElsewhere_isReset();
+    void bounds_areZero();
 };
 
-void tst_uidata::metaObject_members_standInTheirOrder()
+void tst_uidata::metaObject_members_areInDeclaredOrder()
 {
     const QMetaObject &meta = UiData::staticMetaObject;
     const QByteArrayList methods = methodSignatures(meta);
@@ -62,7 +62,7 @@ void tst_uidata::newData_withSeries_appendsPointAndLogsCount()
     QCOMPARE(series.points(), QList<QPointF>({{1000.0, 1500.0}}));
 }
 
-void tst_uidata::newData_overCapacity_asksOnceForRemoval()
+void tst_uidata::newData_overCapacity_requestsRemovalOnce()
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     UiData data;
@@ -82,7 +82,7 @@ void tst_uidata::newData_overCapacity_asksOnceForRemoval()
     qInstallMessageHandler(nullptr);
 }
 
-void tst_uidata::setXy_sameSeriesTwice_tellsOnce()
+void tst_uidata::setXy_sameSeriesTwice_notifiesOnce()
 {
     UiData data;
     QScatterSeries series;
@@ -104,7 +104,7 @@ void tst_uidata::setXy_replacedOwnChild_isDeleted()
     QCOMPARE(data.xy(), &next);
 }
 
-void tst_uidata::setXy_replacedForeignSeries_lives()
+void tst_uidata::setXy_replacedForeignSeries_isNotDeleted()
 {
     UiData data;
     QObject chart;
@@ -115,7 +115,7 @@ void tst_uidata::setXy_replacedForeignSeries_lives()
     QVERIFY(!foreign.isNull());
 }
 
-void tst_uidata::setXy_seriesDeletedElsewhere_isForgotten()
+void tst_uidata::setXy_seriesDeletedElsewhere_isReset()
 {
     UiData data;
     auto *series = new QScatterSeries;
@@ -125,7 +125,7 @@ void tst_uidata::setXy_seriesDeletedElsewhere_isForgotten()
     QCOMPARE(data.xy(), nullptr);
 }
 
-void tst_uidata::bounds_untouched_areZero()
+void tst_uidata::bounds_areZero()
 {
     const UiData data;
     QCOMPARE(data.xmin(), 0.0);

@@ -10,26 +10,27 @@ class tst_datafolder : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void storedFolder_decides_data();
-    void storedFolder_decides();
+    void storedFolder_setsBothFolders_data();
+    void storedFolder_setsBothFolders();
 };
 
-void tst_datafolder::storedFolder_decides_data()
+void tst_datafolder::storedFolder_setsBothFolders_data()
 {
     QTest::addColumn<QString>("stored"); // null: nothing
     QTest::addColumn<QString>("dayFiles");
     QTest::addColumn<QString>("opened");
-    const QString own = QCoreApplication::applicationDirPath();
-    QTest::newRow("nothing") << QString() << own + QStringLiteral("/Data/ORK-2 N17/")
-                             << own + QStringLiteral("/Data");
-    QTest::newRow("mark") << QStringLiteral("!") << own + QStringLiteral("/Data/ORK-2 N17/")
-                          << own + QStringLiteral("/Data");
+    const QString programFolder = QCoreApplication::applicationDirPath();
+    QTest::newRow("nothing") << QString() << programFolder + QStringLiteral("/Data/ORK-2 N17/")
+                             << programFolder + QStringLiteral("/Data");
+    QTest::newRow("mark") << QStringLiteral("!")
+                          << programFolder + QStringLiteral("/Data/ORK-2 N17/")
+                          << programFolder + QStringLiteral("/Data");
     QTest::newRow("a folder") << QStringLiteral("D:/Meteo/")
                               << QStringLiteral("D:/Meteo//Data/ORK-2 N17/")
                               << QStringLiteral("D:/Meteo/ORK2/Data/");
 }
 
-void tst_datafolder::storedFolder_decides()
+void tst_datafolder::storedFolder_setsBothFolders()
 {
     QFETCH(const QString, stored);
     QFETCH(const QString, dayFiles);

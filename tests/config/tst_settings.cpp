@@ -15,7 +15,7 @@
 #include <sys/stat.h>
 #endif
 
-// Gives the reader the ports of a test in place of the machine's.
+// Replaces the ports of the machine with those of a test.
 class SettingsProbe
 {
 public:
@@ -42,22 +42,22 @@ private Q_SLOTS:
     void keys_emptyStore_giveDefaults_data();
     void keys_emptyStore_giveDefaults();
     void value_tooLong_countsAsAbsent();
-    void metaObject_members_standInTheirOrder();
+    void metaObject_members_areInDeclaredOrder();
     void factoryFile_read_givesItsValues();
-    void windowsLineEnds_areReadAsLineFeeds();
+    void windowsLineEndings_areReadAsLineFeeds();
     void dataFolder_lastLine_isStored_data();
     void dataFolder_lastLine_isStored();
-    void positions_wordsDoNotMatter_data();
-    void positions_wordsDoNotMatter();
-    void missingFile_read_tellsPortsOnly();
+    void values_areReadByPosition_data();
+    void values_areReadByPosition();
+    void missingFile_read_emitsPortsOnly();
     void unreadableFile_read_storesNothing();
-    void noHandleLeft_read_storesNothing();
+    void noFileDescriptor_read_storesNothing();
     void hugeFile_read_isRefused();
-    void pipe_read_isRefusedAtOnce();
+    void pipe_read_isRefused();
     void comPort_readTwice_grows();
-    void ports_present_areToldOnceEach_data();
-    void ports_present_areToldOnceEach();
-    void ports_ofTheMachine_areTold();
+    void ports_present_areEmittedOnceEach_data();
+    void ports_present_areEmittedOnceEach();
+    void ports_ofTheMachine_areEmitted();
     void request_fromDocument_logsAndReads();
 
 private:
@@ -65,7 +65,7 @@ private:
     QString m_path;
 };
 
-// The store of an earlier run that was cut off must not matter.
+// The settings of an aborted earlier run must have no effect.
 void tst_settings::initTestCase()
 {
     profile::store(ork2::kUnitNumber, QStringLiteral("77"));
@@ -130,14 +130,14 @@ void tst_settings::keys_emptyStore_giveDefaults()
 
 void tst_settings::value_tooLong_countsAsAbsent()
 {
-    const QString longest(ork2::kLongestValue, u'7');
+    const QString longest(ork2::kMaxValueLength, u'7');
     profile::store(ork2::kUnitNumber, longest);
     QCOMPARE(ork2::storedText(ork2::kUnitNumber), longest);
     profile::store(ork2::kUnitNumber, longest + u'7');
     QCOMPARE(ork2::storedText(ork2::kUnitNumber), QStringLiteral("1"));
 }
 
-void tst_settings::metaObject_members_standInTheirOrder()
+void tst_settings::metaObject_members_areInDeclaredOrder()
 {
     const QMetaObject &meta = settings::staticMetaObject;
     const QByteArrayList methods = methodSignatures(meta);
@@ -167,7 +167,7 @@ void tst_settings::factoryFile_read_givesItsValues()
                                              "PathToData = \"~/ORK2/Data\"")}}));
 }
 
-void tst_settings::windowsLineEnds_areReadAsLineFeeds()
+void tst_settings::windowsLineEndings_areReadAsLineFeeds()
 {
     writeFile("a\r\n\r\nBaudRate = 9600\r\nParity = 2\r\nPathToData = \"/srv/meteo/\"\r\n");
     settings reader;
@@ -187,10 +187,10 @@ void tst_settings::dataFolder_lastLine_isStored_data()
         << QByteArray("PathToData = \"D:/Meteo/\"\n") << QStringLiteral("D:/Meteo/");
     QTest::newRow("CR LF at the end")
         << QByteArray("PathToData = \"D:/Meteo/\"\r\n") << QStringLiteral("D:/Meteo/");
-    QTest::newRow("Cyrillic and blanks")
+    QTest::newRow("Cyrillic and spaces")
         << QByteArray("x \"/srv/Данные станции/\"") << QStringLiteral("/srv/Данные станции/");
     QTest::newRow("tilde") << QByteArray("PathToData = \"~/x\"") << QStringLiteral("!");
-    QTest::newRow("nothing quoted") << QByteArray("PathToData = \"\"") << QStringLiteral("!");
+    QTest::newRow("empty quotes") << QByteArray("PathToData = \"\"") << QStringLiteral("!");
     QTest::newRow("no quotes") << QByteArray("PathToData = D:/Meteo/") << QStringLiteral("!");
     QTest::newRow("one quote") << QByteArray("PathToData = \"/a/") << QStringLiteral("/a/");
     QTest::newRow("two pairs") << QByteArray("\"/a/\" \"/b/\"") << QStringLiteral("/a/");
@@ -207,14 +207,14 @@ void tst_settings::dataFolder_lastLine_isStored()
     QCOMPARE(reader.namePath(), stored);
 }
 
-void tst_settings::positions_wordsDoNotMatter_data()
+void tst_settings::values_areReadByPosition_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<quint32>("baudRate");
     QTest::addColumn<quint32>("parity");
     QTest::newRow("other words") << QByteArray("\n\na b 300\nc d 2\n") << 300U << 2U;
-    QTest::newRow("two blanks shift the word") << QByteArray("\n\na  b 300\nc d 2 9\n") << 0U << 2U;
-    QTest::newRow("no number") << QByteArray("\n\na b c\nd e -2\n") << 0U << 0U;
+    QTest::newRow("two spaces shift the word") << QByteArray("\n\na  b 300\nc d 2 9\n") << 0U << 2U;
+    QTest::newRow("not a number") << QByteArray("\n\na b c\nd e -2\n") << 0U << 0U;
     QTest::newRow("words missing") << QByteArray("\n\na\n\n") << 0U << 0U;
     QTest::newRow("three lines") << QByteArray("\n\na b 300") << 300U << 0U;
     QTest::newRow("one line") << QByteArray("a b 300") << 0U << 0U;
@@ -222,7 +222,7 @@ void tst_settings::positions_wordsDoNotMatter_data()
     QTest::newRow("binary") << QByteArray("\0\xff\n\"\n\xfe\0 \0", 10) << 0U << 0U;
 }
 
-void tst_settings::positions_wordsDoNotMatter()
+void tst_settings::values_areReadByPosition()
 {
     QFETCH(QByteArray, text);
     QFETCH(quint32, baudRate);
@@ -236,7 +236,7 @@ void tst_settings::positions_wordsDoNotMatter()
     QCOMPARE(profile::stored(ork2::kNamePath), QVariant(QStringLiteral("!")));
 }
 
-void tst_settings::missingFile_read_tellsPortsOnly()
+void tst_settings::missingFile_read_emitsPortsOnly()
 {
     settings reader;
     SettingsProbe::setPorts(reader, {QStringLiteral("ttyUSB0")});
@@ -256,7 +256,7 @@ void tst_settings::missingFile_read_tellsPortsOnly()
 
 void tst_settings::unreadableFile_read_storesNothing()
 {
-    // A folder of that name cannot be opened as a file by anybody, root included.
+    // Not even root can open a folder as a file.
     QVERIFY(QDir().mkpath(m_path));
     settings reader;
     QSignalSpy texts(&reader, &settings::sendSettingsToQml);
@@ -270,7 +270,7 @@ void tst_settings::unreadableFile_read_storesNothing()
     QVERIFY(!profile::stored(ork2::kNamePath).isValid());
 }
 
-void tst_settings::noHandleLeft_read_storesNothing()
+void tst_settings::noFileDescriptor_read_storesNothing()
 {
 #ifdef Q_OS_UNIX
     writeFile("a\n\nBaudRate = 1\nParity = 2\nPathToData = \"/srv/\"\n");
@@ -288,7 +288,7 @@ void tst_settings::noHandleLeft_read_storesNothing()
     QCOMPARE(texts.count(), 0);
     QVERIFY(!profile::stored(ork2::kNamePath).isValid());
 #else
-    QSKIP("only Unix lets a process forbid itself another handle");
+    QSKIP("The number of open files can be limited on Unix only");
 #endif
 }
 
@@ -296,7 +296,7 @@ void tst_settings::hugeFile_read_isRefused()
 {
     writeFile({});
     QFile file(m_path);
-    QVERIFY(file.resize(qint64{1} << 30)); // sparse, so it takes no room
+    QVERIFY(file.resize(qint64{1} << 30)); // sparse, so it uses no disk space
     settings reader;
     QSignalSpy texts(&reader, &settings::sendSettingsToQml);
     LogCapture log;
@@ -307,12 +307,12 @@ void tst_settings::hugeFile_read_isRefused()
     QVERIFY(log.lines().contains(QStringLiteral("File wasn't open")));
 }
 
-void tst_settings::pipe_read_isRefusedAtOnce()
+void tst_settings::pipe_read_isRefused()
 {
 #ifndef Q_OS_UNIX
-    QSKIP("A pipe that looks like a file is made as Unix makes it");
+    QSKIP("Named pipes are files on Unix only");
 #else
-    // Nobody writes to it: who opens it waits until this test is out of time.
+    // There is no writer, so opening the pipe would block until the test times out.
     QCOMPARE(mkfifo(m_path.toLocal8Bit().constData(), 0600), 0);
     settings reader;
     QSignalSpy texts(&reader, &settings::sendSettingsToQml);
@@ -331,37 +331,37 @@ void tst_settings::comPort_readTwice_grows()
     QCOMPARE(reader.comPort(), QStringLiteral("COM3COM3"));
 }
 
-void tst_settings::ports_present_areToldOnceEach_data()
+void tst_settings::ports_present_areEmittedOnceEach_data()
 {
     QTest::addColumn<QStringList>("ports");
     QTest::newRow("none") << QStringList();
     QTest::newRow("one") << QStringList{QStringLiteral("ttyS0")};
-    QTest::newRow("as the system orders them")
+    QTest::newRow("in the order of the system")
         << QStringList{QStringLiteral("ttyUSB1"), QStringLiteral("ttyS0"), QStringLiteral("COM3")};
 }
 
-void tst_settings::ports_present_areToldOnceEach()
+void tst_settings::ports_present_areEmittedOnceEach()
 {
     QFETCH(const QStringList, ports);
     settings reader;
     SettingsProbe::setPorts(reader, ports);
-    QSignalSpy told(&reader, &settings::sendComPortSettingsToQml);
+    QSignalSpy emitted(&reader, &settings::sendComPortSettingsToQml);
     reader.readSettingsFile();
     QStringList names;
-    for (const QVariantList &arguments : told) {
+    for (const QVariantList &arguments : emitted) {
         names << arguments.first().toString();
     }
     QCOMPARE(names, ports);
 }
 
-// Tells something only where the machine has a port.
-void tst_settings::ports_ofTheMachine_areTold()
+// Only meaningful on a machine with a serial port.
+void tst_settings::ports_ofTheMachine_areEmitted()
 {
     settings reader;
-    QSignalSpy told(&reader, &settings::sendComPortSettingsToQml);
+    QSignalSpy emitted(&reader, &settings::sendComPortSettingsToQml);
     reader.readSettingsFile();
     QStringList names;
-    for (const QVariantList &arguments : told) {
+    for (const QVariantList &arguments : emitted) {
         names << arguments.first().toString();
     }
     QStringList expected;

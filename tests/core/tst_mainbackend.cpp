@@ -22,12 +22,12 @@
 namespace {
 
 QDateTime g_now;
-QDateTime playedNow()
+QDateTime fakeNow()
 {
     return g_now;
 }
 
-// One recorded emission: the signal's name, then its arguments.
+// Returns the name and the arguments of an emitted signal.
 QStringList textOf(const QMetaMethod &signal, const QVariantList &arguments)
 {
     QStringList text{QString::fromLatin1(signal.name())};
@@ -37,7 +37,7 @@ QStringList textOf(const QMetaMethod &signal, const QVariantList &arguments)
     return text;
 }
 
-// Every signal of an object in the order of its emission, as "name argument argument".
+// Records all signals of an object in the order of emission, as "name argument argument".
 class Recorder : public QObject
 {
     Q_OBJECT
@@ -92,45 +92,45 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void metaObject_members_standInTheirOrder();
-    void metaObject_properties_standInTheirOrder();
+    void metaObject_members_areInDeclaredOrder();
+    void metaObject_properties_areInDeclaredOrder();
     void construction_stoppedTimers_andValues();
     void construction_store_isRead();
 
-    void start_commandsPortAndStartsTimers();
-    void stop_tellsEverythingInOrder();
+    void start_opensPortAndStartsTimers();
+    void stop_emitsSignalsInOrder();
     void switch_true_stopsAndKeepsPlottedValues();
     void switch_false_searchesAndStarts();
 
     void watchdog_silentInstrument_isLostOnThe31stSecond();
-    void watchdog_loss_tellsInOrder();
+    void watchdog_loss_emitsSignalsInOrder();
     void watchdog_answerAfterLoss_restartsSaveTimer();
-    void watchdog_everyTick_tellsChannel();
+    void watchdog_everyTick_emitsChannel();
 
     void minuteMark_onlyAtSecondZero_data();
     void minuteMark_onlyAtSecondZero();
     void minuteMark_from59To1_isMissed();
     void saveTick_driftingPhase_marksEachMinuteOnce();
-    void saveTick_metLate_marksTheMinuteOnce();
-    void saveTick_afterStopOrLoss_beginsWithItsOwnInterval();
-    void saveTick_busyForHalfASecond_stillMarks();
+    void saveTick_handledLate_marksTheMinuteOnce();
+    void saveTick_afterStopOrLoss_startsWithDefaultInterval();
+    void saveTick_halfASecondLate_marksEachMinute();
 
-    void plotTick_dropsBothValuesThenMovesAxes();
+    void plotTick_emitsBothValuesThenMovesAxes();
 
     void reading_classification_data();
     void reading_classification();
     void channel_onlyZeroAndOneCount();
     void workerLamp_false_closesPort();
-    void lamps_arePassedOn();
+    void lamps_areForwarded();
     void message_whileStopped_showsStoppedTextLater();
-    void message_whileMeasuring_leavesNoTimer();
-    void controlPanel_isAskedForAfterDelay();
+    void message_whileMeasuring_createsNoTimer();
+    void controlPanel_isRequestedAfterDelay();
 
-    void portSearch_takesTheOnlyAdapter_data();
-    void portSearch_takesTheOnlyAdapter();
-    void portName_saved_isStoredAndSilent();
-    void portName_updated_isReadAndTold();
-    void unit_saved_isStoredAndTold();
+    void portSearch_selectsTheOnlyAdapter_data();
+    void portSearch_selectsTheOnlyAdapter();
+    void portName_saved_isStoredWithoutSignal();
+    void portName_updated_isReadAndEmitted();
+    void unit_saved_isStoredAndEmitted();
     void unit_emptyText_isKept();
     void dataFolder_isOpened_data();
     void dataFolder_isOpened();
@@ -139,11 +139,11 @@ private Q_SLOTS:
     void range_cycles_data();
     void range_cycles();
     void properties_unchangedValue_isSilent();
-    void axes_handOver_data();
-    void axes_handOver();
-    void axes_ownerDies_noDanglingPointer();
+    void axes_setAndRead_data();
+    void axes_setAndRead();
+    void axes_ownerDestroyed_noDanglingPointer();
     void axes_destruction_deletesThemLater();
-    void thinning_isPassedToTheDocument();
+    void thinning_isForwardedToTheDocument();
 
 private:
     QScopedPointer<LogCapture> m_log;
@@ -173,7 +173,7 @@ void tst_mainbackend::cleanup()
     QCOMPARE(warnings, QStringList());
 }
 
-void tst_mainbackend::metaObject_members_standInTheirOrder()
+void tst_mainbackend::metaObject_members_areInDeclaredOrder()
 {
     const QByteArrayList expected{"savesettings(QString,int,int,int,int,int)",
         "writeData(QString,QByteArray)", "sendCounter(QString)", "startButtonClicked()",
@@ -205,7 +205,7 @@ void tst_mainbackend::metaObject_members_standInTheirOrder()
     QCOMPARE(meta.method(meta.indexOfMethod("requestData()")).access(), QMetaMethod::Private);
 }
 
-void tst_mainbackend::metaObject_properties_standInTheirOrder()
+void tst_mainbackend::metaObject_properties_areInDeclaredOrder()
 {
     const QMetaObject &meta = mainBackEnd::staticMetaObject;
     QByteArrayList actual;
@@ -256,7 +256,7 @@ void tst_mainbackend::construction_store_isRead()
     QCOMPARE(currentPortName, QStringLiteral("----"));
 }
 
-void tst_mainbackend::start_commandsPortAndStartsTimers()
+void tst_mainbackend::start_opensPortAndStartsTimers()
 {
     currentPortName = QStringLiteral("nowhere");
     Recorder recorder(*m_backEnd);
@@ -275,7 +275,7 @@ void tst_mainbackend::start_commandsPortAndStartsTimers()
     QVERIFY(lines.contains(QStringLiteral("true")));
 }
 
-void tst_mainbackend::stop_tellsEverythingInOrder()
+void tst_mainbackend::stop_emitsSignalsInOrder()
 {
     m_backEnd->enButton();
     m_backEnd->showTheCloud(QStringLiteral("120"), QStringLiteral("240"));
@@ -334,7 +334,7 @@ void tst_mainbackend::switch_false_searchesAndStarts()
 void tst_mainbackend::watchdog_silentInstrument_isLostOnThe31stSecond()
 {
     m_backEnd->enButton();
-    m_probe->requestTimer()->stop(); // the test ticks itself
+    m_probe->requestTimer()->stop(); // the test calls the ticks
     QSignalSpy losses(m_backEnd.get(), &mainBackEnd::connectionErrorClouds);
     QList<int> lostAt;
     for (int second = 1; second <= 100; ++second) {
@@ -347,13 +347,13 @@ void tst_mainbackend::watchdog_silentInstrument_isLostOnThe31stSecond()
     QCOMPARE(lostAt, QList<int>({31, 56, 81}));
 }
 
-void tst_mainbackend::watchdog_loss_tellsInOrder()
+void tst_mainbackend::watchdog_loss_emitsSignalsInOrder()
 {
     m_probe->saveTimer()->start();
     noReplyCounter.storeRelaxed(30);
     Recorder recorder(*m_backEnd);
     m_probe->tickWatchdog();
-    // The fake reading comes back through the controller's own slot: heights and a hidden banner.
+    // The fake reading is handled by a slot of the controller: heights and a hidden banner.
     QCOMPARE(recorder.take(),
         QStringList({QStringLiteral("connectionLED false"), QStringLiteral("noError"),
             QStringLiteral("firstCloudAlt 5000"), QStringLiteral("secondCloudAlt 5000"),
@@ -376,7 +376,7 @@ void tst_mainbackend::watchdog_answerAfterLoss_restartsSaveTimer()
     QCOMPARE(noReplyCounter.loadRelaxed(), 1);
 }
 
-void tst_mainbackend::watchdog_everyTick_tellsChannel()
+void tst_mainbackend::watchdog_everyTick_emitsChannel()
 {
     QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::chanelLED);
     m_probe->tickWatchdog();
@@ -400,7 +400,7 @@ void tst_mainbackend::minuteMark_onlyAtSecondZero()
 {
     QFETCH(QTime, time);
     QFETCH(bool, marked);
-    m_probe->setClock(playedNow);
+    m_probe->setClock(fakeNow);
     g_now.setTime(time);
     QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
     m_probe->tickSave();
@@ -414,7 +414,7 @@ void tst_mainbackend::minuteMark_onlyAtSecondZero()
 
 void tst_mainbackend::minuteMark_from59To1_isMissed()
 {
-    m_probe->setClock(playedNow);
+    m_probe->setClock(fakeNow);
     QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
     g_now.setTime(QTime(9, 4, 59, 998));
     m_probe->tickSave();
@@ -425,9 +425,9 @@ void tst_mainbackend::minuteMark_from59To1_isMissed()
 
 void tst_mainbackend::saveTick_driftingPhase_marksEachMinuteOnce()
 {
-    // 48 hours against a clock that runs 200 ppm slow, each tick up to 40 ms late: a tick that kept
-    // its interval whatever the clock says would cross the turn of the second again and again.
-    m_probe->setClock(playedNow);
+    // 48 hours with a clock that runs 200 ppm slow, and ticks up to 40 ms late: ticks with a fixed
+    // interval would repeatedly cross a second boundary.
+    m_probe->setClock(fakeNow);
     QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
     constexpr int kHours = 48;
     const QDateTime start(QDate(2026, 11, 15), QTime(0, 0, 0, 990));
@@ -450,7 +450,7 @@ void tst_mainbackend::saveTick_driftingPhase_marksEachMinuteOnce()
     QCOMPARE(minutes.size(), kHours * 60);
 }
 
-void tst_mainbackend::saveTick_metLate_marksTheMinuteOnce()
+void tst_mainbackend::saveTick_handledLate_marksTheMinuteOnce()
 {
     static QElapsedTimer clock;
     static const QDateTime start(QDate(2026, 11, 15), QTime(12, 33, 58, 500));
@@ -458,19 +458,19 @@ void tst_mainbackend::saveTick_metLate_marksTheMinuteOnce()
     QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
     clock.start();
     m_probe->saveTimer()->start();
-    // Due in the middle of second 59, met in that of second 0.
+    // Due in the middle of second 59, handled in the middle of second 0.
     QThread::msleep(1850);
     QVERIFY(QTest::qWaitFor([] { return clock.elapsed() > 2700; }));
     m_probe->saveTimer()->stop();
     QCOMPARE(marks.count(), 1);
 }
 
-void tst_mainbackend::saveTick_afterStopOrLoss_beginsWithItsOwnInterval()
+void tst_mainbackend::saveTick_afterStopOrLoss_startsWithDefaultInterval()
 {
     m_probe->setClock([] { return QDateTime(QDate(2026, 11, 15), QTime(12, 33, 58, 20)); });
     m_backEnd->enButton();
     m_probe->tickSave();
-    QCOMPARE(m_probe->saveTimer()->interval(), 1280); // on its way into the second
+    QCOMPARE(m_probe->saveTimer()->interval(), 1280); // moves to the target position
     m_backEnd->disableButton();
     m_backEnd->enButton();
     QCOMPARE(m_probe->saveTimer()->interval(), 1000);
@@ -485,10 +485,10 @@ void tst_mainbackend::saveTick_afterStopOrLoss_beginsWithItsOwnInterval()
     QCOMPARE(m_probe->saveTimer()->interval(), 1000);
 }
 
-void tst_mainbackend::saveTick_busyForHalfASecond_stillMarks()
+void tst_mainbackend::saveTick_halfASecondLate_marksEachMinute()
 {
-    // For an hour every tick comes a little late, that of a full minute by nearly half a second.
-    m_probe->setClock(playedNow);
+    // For an hour, all ticks are 2 ms late, those at the full minute 480 ms.
+    m_probe->setClock(fakeNow);
     QSignalSpy marks(m_backEnd.get(), &mainBackEnd::timeToData);
     const QDateTime start(QDate(2026, 11, 15), QTime(11, 59, 1, 990));
     const QDateTime end = start.addSecs(3600);
@@ -503,9 +503,9 @@ void tst_mainbackend::saveTick_busyForHalfASecond_stillMarks()
     QCOMPARE(marks.count(), 60);
 }
 
-void tst_mainbackend::plotTick_dropsBothValuesThenMovesAxes()
+void tst_mainbackend::plotTick_emitsBothValuesThenMovesAxes()
 {
-    m_probe->setClock(playedNow);
+    m_probe->setClock(fakeNow);
     m_backEnd->showTheCloud(QStringLiteral("0120"), QStringLiteral("3500"));
     Recorder recorder(*m_backEnd);
     m_probe->tickPlot();
@@ -523,7 +523,7 @@ void tst_mainbackend::reading_classification_data()
     QTest::addColumn<QString>("shown");
     QTest::addColumn<double>("firstValue");
     QTest::addColumn<double>("secondValue");
-    QTest::addColumn<int>("cloudError"); // -1: left as it was
+    QTest::addColumn<int>("cloudError"); // -1: unchanged
     const auto row = [](const char *name, const char *first, const char *second, const char *signal,
                          const char *shown, double firstValue, double secondValue, int cloudError) {
         QTest::newRow(name) << QString::fromLatin1(first) << QString::fromLatin1(second)
@@ -533,7 +533,7 @@ void tst_mainbackend::reading_classification_data()
     row("both measured", "0120", "0240", "noError", "0120 0240", 120, 240, 0);
     row("no value", "5000", "5000", "noError", "5000 5000", 5000, 5000, 0);
     row("zero keeps its text", "0", "0", "noError", "0 0", 5000, 5000, 0);
-    row("no number is zero", "1x34", "0240", "noError", "1x34 0240", 5000, 240, 0);
+    row("text that is not a number is zero", "1x34", "0240", "noError", "1x34 0240", 5000, 240, 0);
     row("not a number", "nan", "0240", "noError", "nan 0240", 5000, 240, 0);
     row("infinity", "-inf", "inf", "noError", "-inf inf", 5000, 5000, 0);
     row("no flash", "7777", "7777", "noFlashError", "---- ----", 7777, 7777, 1);
@@ -601,7 +601,7 @@ void tst_mainbackend::workerLamp_false_closesPort()
     QVERIFY(m_backEnd->enabledButton());
 }
 
-void tst_mainbackend::lamps_arePassedOn()
+void tst_mainbackend::lamps_areForwarded()
 {
     Recorder recorder(*m_backEnd);
     m_backEnd->severLed(true);
@@ -615,7 +615,7 @@ void tst_mainbackend::lamps_arePassedOn()
 
 void tst_mainbackend::message_whileStopped_showsStoppedTextLater()
 {
-    m_probe->setClock(playedNow);
+    m_probe->setClock(fakeNow);
     const qsizetype timersBefore = m_backEnd->findChildren<QTimer *>().size();
     QSignalSpy texts(m_backEnd.get(), &mainBackEnd::sendCounter);
     m_probe->message(QStringLiteral("COM3 >> Закрыт!\r"));
@@ -635,7 +635,7 @@ void tst_mainbackend::message_whileStopped_showsStoppedTextLater()
     QCOMPARE(timers.last()->interval(), 1000);
 }
 
-void tst_mainbackend::message_whileMeasuring_leavesNoTimer()
+void tst_mainbackend::message_whileMeasuring_createsNoTimer()
 {
     m_backEnd->enButton();
     const qsizetype timersBefore = m_backEnd->findChildren<QTimer *>().size();
@@ -643,16 +643,16 @@ void tst_mainbackend::message_whileMeasuring_leavesNoTimer()
     QCOMPARE(m_backEnd->findChildren<QTimer *>().size(), timersBefore);
 }
 
-void tst_mainbackend::controlPanel_isAskedForAfterDelay()
+void tst_mainbackend::controlPanel_isRequestedAfterDelay()
 {
-    QSignalSpy asked(m_backEnd.get(), &mainBackEnd::openControlPanel);
+    QSignalSpy requests(m_backEnd.get(), &mainBackEnd::openControlPanel);
     m_backEnd->openCP();
-    QCOMPARE(asked.count(), 0);
+    QCOMPARE(requests.count(), 0);
     QCOMPARE(m_backEnd->findChildren<QTimer *>().last()->interval(), 100);
-    QTRY_COMPARE(asked.count(), 1);
+    QTRY_COMPARE(requests.count(), 1);
 }
 
-void tst_mainbackend::portSearch_takesTheOnlyAdapter_data()
+void tst_mainbackend::portSearch_selectsTheOnlyAdapter_data()
 {
     using Ports = QList<ork2::PresentPort>;
     const QString one = QStringLiteral("ttyUSB3");
@@ -673,7 +673,7 @@ void tst_mainbackend::portSearch_takesTheOnlyAdapter_data()
     QTest::newRow("two") << Ports{{one, 0x6001}, {other, 0x6001}} << "ttyS7" << false << "ttyS7";
 }
 
-void tst_mainbackend::portSearch_takesTheOnlyAdapter()
+void tst_mainbackend::portSearch_selectsTheOnlyAdapter()
 {
     using Ports = QList<ork2::PresentPort>;
     QFETCH(const Ports, ports);
@@ -684,12 +684,12 @@ void tst_mainbackend::portSearch_takesTheOnlyAdapter()
         profile::store(ork2::kPortToOpen, stored);
     }
     m_probe->setPorts(ports);
-    QSignalSpy told(m_backEnd.get(), &mainBackEnd::plugPlayComSettings);
+    QSignalSpy emitted(m_backEnd.get(), &mainBackEnd::plugPlayComSettings);
     QCOMPARE(m_probe->searchPort(), found);
-    QCOMPARE(told, (QList<QVariantList>{{9600, 0, name}}));
+    QCOMPARE(emitted, (QList<QVariantList>{{9600, 0, name}}));
 }
 
-void tst_mainbackend::portName_saved_isStoredAndSilent()
+void tst_mainbackend::portName_saved_isStoredWithoutSignal()
 {
     Recorder recorder(*m_backEnd);
     m_backEnd->saveComPortNumber(QStringLiteral("ttyUSB4"));
@@ -698,7 +698,7 @@ void tst_mainbackend::portName_saved_isStoredAndSilent()
     QCOMPARE(recorder.take(), QStringList());
 }
 
-void tst_mainbackend::portName_updated_isReadAndTold()
+void tst_mainbackend::portName_updated_isReadAndEmitted()
 {
     profile::store(ork2::kPortToShow, QStringLiteral("COM12"));
     Recorder recorder(*m_backEnd);
@@ -707,7 +707,7 @@ void tst_mainbackend::portName_updated_isReadAndTold()
     QCOMPARE(recorder.take(), QStringList{QStringLiteral("sendActualPortNumber COM12")});
 }
 
-void tst_mainbackend::unit_saved_isStoredAndTold()
+void tst_mainbackend::unit_saved_isStoredAndEmitted()
 {
     Recorder recorder(*m_backEnd);
     m_backEnd->saveUnitYearNumber(QStringLiteral("17"), QStringLiteral("2021"));
@@ -729,14 +729,14 @@ void tst_mainbackend::dataFolder_isOpened_data()
 {
     QTest::addColumn<QString>("namePath");
     QTest::addColumn<QString>("folder");
-    const QString own = QCoreApplication::applicationDirPath() + QStringLiteral("/Data");
-    QTest::newRow("nothing stored") << QString() << own;
-    QTest::newRow("mark") << QStringLiteral("!") << own;
+    const QString programFolder = QCoreApplication::applicationDirPath() + QStringLiteral("/Data");
+    QTest::newRow("nothing stored") << QString() << programFolder;
+    QTest::newRow("mark") << QStringLiteral("!") << programFolder;
     QTest::newRow("a folder") << QStringLiteral("/srv/Meteo/")
                               << QStringLiteral("/srv/Meteo/ORK2/Data");
     QTest::newRow("without separator")
         << QStringLiteral("/srv/M") << QStringLiteral("/srv/MORK2/Data");
-    QTest::newRow("mark and more") << QStringLiteral("!x") << own;
+    QTest::newRow("mark and more") << QStringLiteral("!x") << programFolder;
     QTest::newRow("relative") << QStringLiteral(
         "meteo/") << QDir::current().absoluteFilePath(QStringLiteral("meteo/ORK2/Data"));
 }
@@ -756,7 +756,7 @@ void tst_mainbackend::dataFolder_isOpened()
 
 void tst_mainbackend::timeWindow_followsRange()
 {
-    m_probe->setClock(playedNow);
+    m_probe->setClock(fakeNow);
     for (const int seconds : {600, 3600, 10800}) {
         m_backEnd->setXMinRange(seconds);
         QCOMPARE(m_backEnd->minTime(), g_now.addSecs(-seconds));
@@ -811,14 +811,14 @@ void tst_mainbackend::properties_unchangedValue_isSilent()
             QStringLiteral("chartNameChanged")}));
 }
 
-void tst_mainbackend::axes_handOver_data()
+void tst_mainbackend::axes_setAndRead_data()
 {
     QTest::addColumn<bool>("logarithmic");
     QTest::newRow("logarithmic") << true;
     QTest::newRow("linear") << false;
 }
 
-void tst_mainbackend::axes_handOver()
+void tst_mainbackend::axes_setAndRead()
 {
     QFETCH(bool, logarithmic);
     QLogValueAxis logAxis;
@@ -856,12 +856,12 @@ void tst_mainbackend::axes_handOver()
     QVERIFY(logged(logarithmic ? "readLogAx" : "readLineAx") >= 3);
 
     m_probe->endWorker();
-    m_backEnd.reset(); // asks for the deletion of objects on this stack, which must not happen
+    m_backEnd.reset(); // requests the deletion of objects on this stack, which must not happen
     QCoreApplication::removePostedEvents(&logAxis, QEvent::DeferredDelete);
     QCoreApplication::removePostedEvents(&lineAxis, QEvent::DeferredDelete);
 }
 
-void tst_mainbackend::axes_ownerDies_noDanglingPointer()
+void tst_mainbackend::axes_ownerDestroyed_noDanglingPointer()
 {
     auto *axis = new QValueAxis;
     m_backEnd->setlineAxisY(axis);
@@ -884,7 +884,7 @@ void tst_mainbackend::axes_destruction_deletesThemLater()
     QVERIFY(logAxis.isNull());
 }
 
-void tst_mainbackend::thinning_isPassedToTheDocument()
+void tst_mainbackend::thinning_isForwardedToTheDocument()
 {
     Recorder recorder(*m_backEnd);
     m_backEnd->removeGPoints();

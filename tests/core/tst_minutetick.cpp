@@ -25,13 +25,13 @@ void tst_minutetick::delay_aimsWithinTheSecond_data()
 {
     QTest::addColumn<int>("msec");
     QTest::addColumn<int>("delay");
-    QTest::newRow("at its place") << 300 << 1000;
+    QTest::newRow("at the target") << 300 << 1000;
     QTest::newRow("a little early") << 100 << 1000;
     QTest::newRow("a little late") << 500 << 1000;
     QTest::newRow("too early") << 99 << 1201;
     QTest::newRow("too late") << 501 << 799;
-    QTest::newRow("just before the turn") << 999 << 301;
-    QTest::newRow("just after the turn") << 0 << 1300;
+    QTest::newRow("just before a second boundary") << 999 << 301;
+    QTest::newRow("just after a second boundary") << 0 << 1300;
 }
 
 void tst_minutetick::delay_aimsWithinTheSecond()
@@ -41,7 +41,7 @@ void tst_minutetick::delay_aimsWithinTheSecond()
     QCOMPARE(ork2::nextTickDelayMs(QTime(12, 34, 56, msec)), delay);
 }
 
-// Wherever within the second the first tick falls, and with a timer that runs 5 ms slow.
+// For each position of the first tick within the second, with a timer that is 5 ms late.
 void tst_minutetick::ticks_anyPhase_markEachMinuteOnce()
 {
     for (int phase = 0; phase < 1000; ++phase) {

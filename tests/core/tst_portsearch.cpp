@@ -9,12 +9,12 @@ class tst_portsearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void ports_instrumentPort_isTheOnlyAdapter_data();
-    void ports_instrumentPort_isTheOnlyAdapter();
+    void instrumentPort_isTheOnlyAdapter_data();
+    void instrumentPort_isTheOnlyAdapter();
     void presentPorts_areThoseOfTheSystem();
 };
 
-void tst_portsearch::ports_instrumentPort_isTheOnlyAdapter_data()
+void tst_portsearch::instrumentPort_isTheOnlyAdapter_data()
 {
     using Ports = QList<ork2::PresentPort>;
     const QString one = QStringLiteral("ttyUSB3");
@@ -31,14 +31,14 @@ void tst_portsearch::ports_instrumentPort_isTheOnlyAdapter_data()
     QTest::newRow("two") << Ports{{one, 0x6001}, {other, 0x6001}} << QString();
 }
 
-void tst_portsearch::ports_instrumentPort_isTheOnlyAdapter()
+void tst_portsearch::instrumentPort_isTheOnlyAdapter()
 {
     QFETCH(const QList<ork2::PresentPort>, ports);
     QFETCH(const QString, found);
     QCOMPARE(ork2::instrumentPort(ports).value_or(QString()), found);
 }
 
-// Says something only where the machine has a port.
+// Only meaningful on a machine with a serial port.
 void tst_portsearch::presentPorts_areThoseOfTheSystem()
 {
     const auto present = ork2::presentPorts();

@@ -10,13 +10,13 @@ class tst_readingkind : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void text_isPlottedAt_data();
-    void text_isPlottedAt();
-    void pair_means_data();
-    void pair_means();
+    void plottedHeight_ofText_data();
+    void plottedHeight_ofText();
+    void readingKind_ofBothLayers_data();
+    void readingKind_ofBothLayers();
 };
 
-void tst_readingkind::text_isPlottedAt_data()
+void tst_readingkind::plottedHeight_ofText_data()
 {
     QTest::addColumn<QString>("text");
     QTest::addColumn<double>("metres");
@@ -36,14 +36,14 @@ void tst_readingkind::text_isPlottedAt_data()
     row("7777", 7777);
 }
 
-void tst_readingkind::text_isPlottedAt()
+void tst_readingkind::plottedHeight_ofText()
 {
     QFETCH(const QString, text);
     QFETCH(const double, metres);
     QCOMPARE(ork2::plottedHeight(text), metres);
 }
 
-void tst_readingkind::pair_means_data()
+void tst_readingkind::readingKind_ofBothLayers_data()
 {
     using Kind = ork2::ReadingKind;
     QTest::addColumn<double>("first");
@@ -67,7 +67,7 @@ void tst_readingkind::pair_means_data()
     row(8888, 7777, Kind::Other);
 }
 
-void tst_readingkind::pair_means()
+void tst_readingkind::readingKind_ofBothLayers()
 {
     QFETCH(const double, first);
     QFETCH(const double, second);

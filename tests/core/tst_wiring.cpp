@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The connections of the start-up and of the controller's constructor, row by row: the sender's
-// signal is emitted, and the receiver is seen to act.
+// Tests each connection made at the start and by the controller's constructor: emits the signal and
+// checks the effect on the receiver.
 #include "startup.h"
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 #include "uidata.h"
 
 #include <QApplication>
@@ -29,26 +29,26 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void M1_M2_points_reachTheirSeries();
-    void M3_M4_updateMyTime_reachesBothSlots();
-    void M5_M6_fullSeries_asksForThinning();
-    void M7_document_decidesTheExit_data();
-    void M7_document_decidesTheExit();
-    void W1_W2_W21_timers_tickTheirSlots();
-    void W3_W6_W7_W8_finishedPort_endsThreadAndWorker();
-    void W4_W11_W12_workerTexts_reachTheStatusLine();
-    void W5_threadStart_runsTheWorkersEntry();
-    void W9_W13_W14_startAndStop_commandThePort();
-    void W10_searchedPort_configuresThePort();
-    void W15_frame_reachesTheParser();
-    void W16_workerLamp_reachesTheController();
-    void W17_dataLamp_reachesTheController();
-    void W18_W20_reading_reachesControllerBeforeFileWriter();
-    void W16_W18_onTheirWayAtStop_areNotShown();
-    void W19_fakeReading_isShown();
-    void W22_timeMark_writesTheLine();
-    void W23_W24_channel_reachesFileWriterBeforeController();
-    void allRows_standInTheirOrder();
+    void points_reachTheirSeries();
+    void updateMyTime_reachesBothSlots();
+    void fullSeries_asksForThinning();
+    void document_decidesTheExit_data();
+    void document_decidesTheExit();
+    void timers_tickTheirSlots();
+    void finishedPort_endsThreadAndWorker();
+    void workerTexts_reachTheStatusLine();
+    void threadStart_runsTheWorkersEntry();
+    void startAndStop_commandThePort();
+    void searchedPort_configuresThePort();
+    void frame_reachesTheParser();
+    void workerLamp_reachesTheController();
+    void dataLamp_reachesTheController();
+    void reading_reachesControllerBeforeFileWriter();
+    void onTheirWayAtStop_areNotShown();
+    void fakeReading_isShown();
+    void timeMark_writesTheLine();
+    void channel_reachesFileWriterBeforeController();
+    void connections_areInDeclaredOrder();
 
     void splash_percentage_climbsTo99AtMost();
     void splash_showsTheVersion();
@@ -81,7 +81,7 @@ void tst_wiring::cleanup()
     }
     m_probe.reset();
     m_backEnd.reset();
-    // A misspelt signature shows only here.
+    // A misspelt signature is only reported here.
     const QStringList misses =
         m_log->lines().filter(QRegularExpression(QStringLiteral("No such (slot|signal)")));
     m_log.reset();
@@ -94,7 +94,7 @@ QByteArray tst_wiring::dayFile() const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Class and slot of each receiver of a signal, in the order of delivery.
+// Returns the class and slot of each receiver of a signal, in the order of delivery.
 QStringList tst_wiring::receivers(QObject *sender, const QString &signal) const
 {
     const qsizetype before = m_log->lines().size();
@@ -105,14 +105,15 @@ QStringList tst_wiring::receivers(QObject *sender, const QString &signal) const
     for (const QString &line : lines) {
         if (line.contains(QLatin1String("signal: "))) {
             within = line.contains(QStringLiteral("signal: ") + signal);
-        } else if (within && line.contains(QLatin1String("-->"))) { // not the worker's own words
+        } else if (within
+            && line.contains(QLatin1String("-->"))) { // not a line logged by the worker
             result << line.section(QStringLiteral("--> "), 1).simplified();
         }
     }
     return result;
 }
 
-void tst_wiring::M1_M2_points_reachTheirSeries()
+void tst_wiring::points_reachTheirSeries()
 {
     UiData first;
     UiData second;
@@ -129,23 +130,23 @@ void tst_wiring::M1_M2_points_reachTheirSeries()
     QCOMPARE(firstSeries.count(), 1);
 }
 
-void tst_wiring::M3_M4_updateMyTime_reachesBothSlots()
+void tst_wiring::updateMyTime_reachesBothSlots()
 {
     UiData first;
     UiData second;
     ork2::connectCharts(*m_backEnd, first, second);
-    static int asked = 0;
-    asked = 0;
+    static int calls = 0;
+    calls = 0;
     m_probe->setClock([] {
-        ++asked;
+        ++calls;
         return QDateTime::currentDateTime();
     });
     Q_EMIT m_backEnd->updateMyTime();
-    QCOMPARE(asked, 2);
+    QCOMPARE(calls, 2);
     QCOMPARE(receivers(m_backEnd.get(), QStringLiteral("updateMyTime")).size(), 2);
 }
 
-void tst_wiring::M5_M6_fullSeries_asksForThinning()
+void tst_wiring::fullSeries_asksForThinning()
 {
     UiData first;
     UiData second;
@@ -157,18 +158,18 @@ void tst_wiring::M5_M6_fullSeries_asksForThinning()
     QCOMPARE(thinning.count(), 2);
 }
 
-void tst_wiring::M7_document_decidesTheExit_data()
+void tst_wiring::document_decidesTheExit_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<int>("exitCode");
-    QTest::addColumn<bool>("other"); // it is not the document that the exit hangs on
+    QTest::addColumn<bool>("other"); // another document than the one that causes the exit
     const QByteArray broken("import QtQuick\nQtObject { no }");
     QTest::newRow("broken") << broken << -1 << false;
-    QTest::newRow("whole") << QByteArray("import QtQuick\nQtObject { }") << 0 << false;
+    QTest::newRow("valid") << QByteArray("import QtQuick\nQtObject { }") << 0 << false;
     QTest::newRow("another one broken") << broken << 0 << true;
 }
 
-void tst_wiring::M7_document_decidesTheExit()
+void tst_wiring::document_decidesTheExit()
 {
     QFETCH(QByteArray, text);
     QFETCH(int, exitCode);
@@ -182,13 +183,13 @@ void tst_wiring::M7_document_decidesTheExit()
     ork2::exitWithoutDocument(engine, *QCoreApplication::instance(),
         other ? QUrl(QStringLiteral("qrc:/main")) : document);
     engine.load(document);
-    QTimer end; // of what the handler left running
+    QTimer end; // if the handler did not exit the event loop
     connect(&end, &QTimer::timeout, [] { QCoreApplication::exit(0); });
     end.start(100ms);
     QCOMPARE(QCoreApplication::exec(), exitCode);
 }
 
-void tst_wiring::W1_W2_W21_timers_tickTheirSlots()
+void tst_wiring::timers_tickTheirSlots()
 {
     static QDateTime now;
     now = QDateTime(QDate(2026, 11, 15), QTime(12, 34, 0, 500));
@@ -197,18 +198,18 @@ void tst_wiring::W1_W2_W21_timers_tickTheirSlots()
     QSignalSpy plot(m_backEnd.get(), &mainBackEnd::updateVoidGraph);
     QSignalSpy save(m_backEnd.get(), &mainBackEnd::timeToData);
     m_probe->requestTimer()->start(1ms);
-    QVERIFY(watchdog.wait(kPatienceMs));
+    QVERIFY(watchdog.wait(kTimeoutMs));
     m_probe->requestTimer()->stop();
     QCOMPARE(plot.count() + save.count(), 0);
     m_probe->plotTimer()->start(1ms);
-    QVERIFY(plot.wait(kPatienceMs));
+    QVERIFY(plot.wait(kTimeoutMs));
     m_probe->plotTimer()->stop();
     QCOMPARE(save.count(), 0);
     m_probe->saveTimer()->start(1ms);
-    QVERIFY(save.wait(kPatienceMs));
+    QVERIFY(save.wait(kTimeoutMs));
 }
 
-void tst_wiring::W3_W6_W7_W8_finishedPort_endsThreadAndWorker()
+void tst_wiring::finishedPort_endsThreadAndWorker()
 {
     const QPointer<ComPort> port = m_probe->comPort();
     const QPointer<QThread> thread = m_probe->workerThread();
@@ -216,13 +217,13 @@ void tst_wiring::W3_W6_W7_W8_finishedPort_endsThreadAndWorker()
     delete m_probe->fileWriter();
     m_probe.reset();
     Q_EMIT port->finished_Port();
-    QVERIFY(thread->wait());    // W6
-    QTRY_VERIFY(port.isNull()); // W7
+    QVERIFY(thread->wait());
+    QTRY_VERIFY(port.isNull());
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QTRY_VERIFY(thread.isNull()); // W3, W8
+    QTRY_VERIFY(thread.isNull());
 }
 
-void tst_wiring::W4_W11_W12_workerTexts_reachTheStatusLine()
+void tst_wiring::workerTexts_reachTheStatusLine()
 {
     QSignalSpy texts(m_backEnd.get(), &mainBackEnd::sendCounter);
     ComPort *port = m_probe->comPort();
@@ -235,17 +236,17 @@ void tst_wiring::W4_W11_W12_workerTexts_reachTheStatusLine()
     QVERIFY(texts.at(2).first().toString().endsWith(QLatin1String("]:\tthree")));
 }
 
-void tst_wiring::W5_threadStart_runsTheWorkersEntry()
+void tst_wiring::threadStart_runsTheWorkersEntry()
 {
     QTRY_COMPARE(m_log->lines().count(QStringLiteral("Com port in separate Thread!")), 1);
 }
 
-void tst_wiring::W9_W13_W14_startAndStop_commandThePort()
+void tst_wiring::startAndStop_commandThePort()
 {
     QSignalSpy texts(m_backEnd.get(), &mainBackEnd::sendCounter);
     Q_EMIT m_backEnd->savesettings(QStringLiteral("/nowhere/port"), 9600, 8, 0, 1, 0);
     Q_EMIT m_backEnd->startButtonClicked();
-    QTRY_COMPARE(texts.count(), 1); // the open fails and says so
+    QTRY_COMPARE(texts.count(), 1); // the failure to open the port
     QCOMPARE(m_probe->comPort()->port().portName(), QStringLiteral("/nowhere/port"));
     QCOMPARE(receivers(m_backEnd.get(), QStringLiteral("stopButtonClicked")).size(), 1);
     QVERIFY(receivers(m_backEnd.get(), QStringLiteral("stopButtonClicked"))
@@ -253,7 +254,7 @@ void tst_wiring::W9_W13_W14_startAndStop_commandThePort()
                 .contains(QLatin1String("ComPort")));
 }
 
-void tst_wiring::W10_searchedPort_configuresThePort()
+void tst_wiring::searchedPort_configuresThePort()
 {
     Q_EMIT m_backEnd->plugPlayComSettings(19200, 2, QStringLiteral("/nowhere/searched"));
     QTRY_COMPARE(m_probe->comPort()->port().portName(), QStringLiteral("/nowhere/searched"));
@@ -261,14 +262,14 @@ void tst_wiring::W10_searchedPort_configuresThePort()
     QCOMPARE(m_probe->comPort()->port().parity(), QSerialPort::NoParity);
 }
 
-void tst_wiring::W15_frame_reachesTheParser()
+void tst_wiring::frame_reachesTheParser()
 {
     QSignalSpy heights(m_probe->parser(), &convertData::readyToShowClouds);
     Q_EMIT m_probe->comPort()->readyToShowClouds(QByteArrayLiteral("H012340240\r"));
     QTRY_COMPARE(heights, (QList<QVariantList>{{QStringLiteral("1234"), QStringLiteral("0240")}}));
 }
 
-void tst_wiring::W16_workerLamp_reachesTheController()
+void tst_wiring::workerLamp_reachesTheController()
 {
     m_backEnd->enButton();
     QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::connectionLED);
@@ -276,17 +277,17 @@ void tst_wiring::W16_workerLamp_reachesTheController()
     QTRY_COMPARE(lamp, (QList<QVariantList>{{true}}));
 }
 
-void tst_wiring::W17_dataLamp_reachesTheController()
+void tst_wiring::dataLamp_reachesTheController()
 {
     QSignalSpy lamp(m_backEnd.get(), &mainBackEnd::dataLED);
     Q_EMIT m_probe->fileWriter()->dataLedStatus(true);
     QCOMPARE(lamp, (QList<QVariantList>{{true}}));
 }
 
-void tst_wiring::W18_W20_reading_reachesControllerBeforeFileWriter()
+void tst_wiring::reading_reachesControllerBeforeFileWriter()
 {
     m_backEnd->enButton();
-    // A line written while the controller shows the reading still has the reading before it.
+    // A line written while the controller shows a reading still contains the previous reading.
     m_probe->fileWriter()->DataCloudRecieved(QStringLiteral("0001"), QStringLiteral("0002"));
     connect(m_backEnd.get(), &mainBackEnd::firstCloudAlt, this, [this] {
         m_probe->fileWriter()->DateTimeRecieve(
@@ -300,7 +301,7 @@ void tst_wiring::W18_W20_reading_reachesControllerBeforeFileWriter()
     QVERIFY(dayFile().endsWith("\r\n12:35:00\t0100\t0200\tОсновной"));
 }
 
-void tst_wiring::W16_W18_onTheirWayAtStop_areNotShown()
+void tst_wiring::onTheirWayAtStop_areNotShown()
 {
     m_backEnd->enButton();
     m_backEnd->disableButton();
@@ -314,20 +315,20 @@ void tst_wiring::W16_W18_onTheirWayAtStop_areNotShown()
     QCOMPARE(m_probe->secondValue(), 5000.0);
 }
 
-void tst_wiring::W19_fakeReading_isShown()
+void tst_wiring::fakeReading_isShown()
 {
     QSignalSpy shown(m_backEnd.get(), &mainBackEnd::firstCloudAlt);
     Q_EMIT m_backEnd->connectionErrorClouds(QStringLiteral("5000"), QStringLiteral("5000"));
     QCOMPARE(shown, (QList<QVariantList>{{QStringLiteral("5000")}}));
 }
 
-void tst_wiring::W22_timeMark_writesTheLine()
+void tst_wiring::timeMark_writesTheLine()
 {
     Q_EMIT m_backEnd->timeToData(QStringLiteral("2026/11/15"), QStringLiteral("12:34:00"));
     QVERIFY(dayFile().endsWith("\r\n12:34:00\t\t\tОсновной"));
 }
 
-void tst_wiring::W23_W24_channel_reachesFileWriterBeforeController()
+void tst_wiring::channel_reachesFileWriterBeforeController()
 {
     Q_EMIT m_probe->parser()->readyToShowCloudChanel(QStringLiteral("1"));
     QCOMPARE(m_probe->channel(), 1);
@@ -340,7 +341,7 @@ void tst_wiring::W23_W24_channel_reachesFileWriterBeforeController()
     QVERIFY(order.at(1).contains(QLatin1String("mainBackEnd")));
 }
 
-void tst_wiring::allRows_standInTheirOrder()
+void tst_wiring::connections_areInDeclaredOrder()
 {
     struct Row
     {
@@ -393,11 +394,11 @@ void tst_wiring::splash_percentage_climbsTo99AtMost()
         shown = shown && splash.screen().isVisible();
     });
     splash.countUp();
-    const qint64 took = clock.elapsed();
+    const qint64 duration = clock.elapsed();
     QVERIFY(shown);
     QVERIFY(!splash.screen().isVisible());
-    QVERIFY2(took >= 1000 && took < 5000, QByteArray::number(took));
-    // A busy machine skips numbers.
+    QVERIFY2(duration >= 1000 && duration < 5000, QByteArray::number(duration));
+    // Numbers are skipped on a busy machine.
     QVERIFY2(messages.first().size() == QStringLiteral("Загружено: 0%").size(),
         qPrintable(messages.first()));
     QVERIFY2(messages.size() > 5, QByteArray::number(messages.size()));

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the windows cost while a measurement runs, one reading a second:
+// Measures the cost of the windows during a measurement with one reading per second:
 //
 //   tests/with-display build/release/tests/cost/ork2-chartcost [--points N] [--range SECONDS]
 //       [--seconds S] [--varying] [--errors] [--idle] [--panel] [--grab FILE]
 //
-// Both series are given N points (60), 10 s apart and ending now; then the start button is pressed
-// and the measurement played for S (60) seconds without an instrument: a reading each second, a
-// plotted point each 10 s. The heights stay the same, or change with each reading (--varying: the
-// read-outs pulse then), or the instrument tells of an error (--errors: the banner blinks). Width
-// of the time window: 600, 3600 or 10800 seconds. With --idle nothing is measured; --panel shows
-// the control panel too. Printed in one line: processor seconds a minute, frames of the windows
-// shown, longest frame, longest stall of the interface thread, wake-ups of all threads a second,
-// resident memory. The first eight seconds, with the animations of the start, do not count. --grab
-// keeps a picture of the window's last state.
+// Both series get N (60) points, 10 s apart, up to the current time. Then the start button is
+// pressed and a measurement is simulated for S (60) seconds: a reading every second, a plotted
+// point every 10 s. The heights are constant, change with each reading (--varying: the displays are
+// animated), or are error codes (--errors: the banner is animated). The time window is 600, 3600 or
+// 10800 seconds. --idle does not start the measurement; --panel also shows the control panel.
+// Prints one line: CPU seconds per minute, frames of the visible windows, longest frame, longest
+// stall of the GUI thread, wake-ups of all threads per second, resident memory. The first eight
+// seconds, with the animations of the start, are ignored. --grab saves a screenshot of the window
+// at the end.
 #include "frames.h"
 #include "mainbackend.h"
 #include "sharedvalues.h"
@@ -54,7 +54,7 @@ double processorSeconds()
     return seconds(usage.ru_utime) + seconds(usage.ru_stime);
 }
 
-// Times that a thread of this process went to sleep and was woken.
+// Returns how often threads of this process went to sleep and were woken up.
 qint64 wakeUps()
 {
     qint64 sum = 0;
@@ -83,7 +83,7 @@ double residentMegabytes()
     return file.readAll().split(' ').value(1).toDouble() / kPagesPerMegabyte;
 }
 
-// Heights that wander like a cloud base does, so that dots lie beside and over one another.
+// Heights that vary like a cloud base, so that dots are next to each other and overlap.
 double firstHeight(qint64 index)
 {
     return 1500 + 300 * std::sin(static_cast<double>(index) / 37);
@@ -119,7 +119,7 @@ void keepQuiet(QtMsgType type, const QMessageLogContext &, const QString &text)
 
 int main(int argc, char *argv[])
 {
-    const QTemporaryDir profile; // the user's own settings may name a port that is in use
+    const QTemporaryDir profile; // the user's settings may contain a port that is in use
     qputenv("XDG_CONFIG_HOME", profile.path().toLocal8Bit());
     qInstallMessageHandler(keepQuiet);
     QApplication app(argc, argv);
@@ -184,7 +184,7 @@ int main(int argc, char *argv[])
         readings.start();
     }
 
-    // Counted by the windows' own threads.
+    // Updated by the render threads of the windows.
     std::atomic<int> frames = 0;
     std::atomic<double> longestFrame = 0;
     double longestStall = 0;
@@ -207,7 +207,7 @@ int main(int argc, char *argv[])
             },
             Qt::DirectConnection);
     }
-    qint64 probeTicks = 0; // each wakes the process up, which is not the program's doing
+    qint64 probeTicks = 0; // each wakes up the process, which must not be counted
     QTimer probe;
     probe.setTimerType(Qt::PreciseTimer);
     probe.setInterval(kStallProbeMs);

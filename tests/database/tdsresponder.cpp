@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tdsresponder.h"
 
-#include "patience.h"
+#include "timeout.h"
 
 #include <QtTest/QtTest>
 
@@ -33,7 +33,7 @@ TdsResponder::TdsResponder(const QString &mode, const QString &user, const QStri
 TdsResponder::~TdsResponder()
 {
     m_process.closeWriteChannel();
-    if (!m_process.waitForFinished(kPatienceMs)) {
+    if (!m_process.waitForFinished(kTimeoutMs)) {
         m_process.kill();
         m_process.waitForFinished();
     }
@@ -66,7 +66,7 @@ bool TdsResponder::waitFor(const QByteArray &event)
 {
     const qsizetype before = count(event);
     while (count(event) == before) {
-        if (!m_process.waitForReadyRead(kPatienceMs)) {
+        if (!m_process.waitForReadyRead(kTimeoutMs)) {
             return false;
         }
     }
@@ -79,8 +79,8 @@ QByteArrayList TdsResponder::rows() const
     dump.start(kPython,
         {kScript, QStringLiteral("rows"), QStringLiteral("--store"),
             m_folder.filePath(QStringLiteral("rows"))});
-    dump.waitForFinished(kPatienceMs);
+    dump.waitForFinished(kTimeoutMs);
     QByteArrayList rows = dump.readAllStandardOutput().split('\n');
-    rows.removeLast(); // what follows the last line's end
+    rows.removeLast(); // empty text after the last line
     return rows;
 }

@@ -6,8 +6,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
-// The server side of uploads: tdsresponder.py in a process of its own, on a loopback port that the
-// system chooses. Ends with the object. A server that does not start fails the test.
+// The database server for upload tests: runs tdsresponder.py in a separate process on a free
+// loopback port. The destructor ends the process. If the server does not start, the test fails.
 class TdsResponder
 {
 public:
@@ -19,7 +19,7 @@ public:
     [[nodiscard]] QByteArray port() const { return m_port; }
     void setMode(const QString &mode);
 
-    // What it has told up to now: "connected", "login [...]", "inserted", "gone", ...
+    // The events reported so far: "connected", "login [...]", "inserted", "gone", ...
     [[nodiscard]] QByteArrayList events();
     [[nodiscard]] qsizetype count(const QByteArray &event);
     // The rows in its table, as JSON arrays, oldest first.

@@ -1,16 +1,16 @@
 #!/usr/bin/python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The server side of an upload, for tests: TDS 7.4 on loopback, rows stored in SQLite.
+"""Database server for upload tests: TDS 7.4 on loopback, rows stored in SQLite.
 
-It knows just enough of the protocol for one INSERT: pre-login without encryption, Login7, batches,
-and the procedure call with which the ODBC driver runs a statement. What it does not know it answers
-with an error, or, where it cannot, by closing the connection.
+Implements the part of the protocol needed for an INSERT: pre-login without encryption, Login7,
+batches, and the procedure call that the ODBC driver uses to execute a statement. Anything else
+results in an error or, if that is not possible, in a closed connection.
 
   tdsresponder.py serve --store FILE [--mode MODE] [--user U --password P]
-      prints "ready PORT", then a line for each event; reads "mode MODE" lines from its standard
-      input, answers "mode MODE", and ends when that input ends
+      prints "ready PORT", then one line per event; reads lines "mode MODE" from the standard
+      input, replies "mode MODE", and exits at the end of the input
   tdsresponder.py rows --store FILE
-      prints the stored rows, one JSON array a line
+      prints the stored rows, one JSON array per line
 """
 
 import argparse
@@ -25,7 +25,7 @@ import threading
 
 MODES = (
     "ok",
-    "deaf",  # the first segment of a connection is dropped, as by a firewall
+    "deaf",  # the first segment of a connection is dropped, as with a firewall
     "login-wrong",
     "silent-accept",
     "silent-prelogin",
@@ -44,7 +44,7 @@ HEADER = struct.Struct(">BBHHBB")
 DONE, DONEPROC, DONEINPROC = 0xFD, 0xFE, 0xFF
 DONE_FINAL, DONE_MORE, DONE_ERROR, DONE_COUNT, DONE_ATTENTION = 0, 1, 2, 0x10, 0x20
 
-CURSOR_OPEN = 2  # the procedure with which the driver runs a statement: handle, statement, ...
+CURSOR_OPEN = 2  # the procedure that the driver uses to execute a statement: handle, statement, ...
 
 COLUMNS = ("Date", "Time", "Station", "Dev_id", "Voltage", "Temperature", "Radiation", "UVIndex")
 TEXT = r"'((?:[^']|'')*)'"
@@ -91,20 +91,20 @@ def change(kind, new, old):
 
 
 def integer_result(name, value):
-    """An output value of a procedure: a nullable four-byte integer."""
+    """Returns an output value of a procedure: a nullable four-byte integer."""
     body = struct.pack("<H", 0) + b_varchar(name) + struct.pack("<BIH", 1, 0, 0)
     return b"\xac" + body + bytes([0x26, 4, 4]) + struct.pack("<i", value)
 
 
 def text_column(text):
-    """One row with one text column."""
+    """Returns one row with one text column."""
     column = struct.pack("<IH", 0, 8) + b"\xe7" + struct.pack("<H", 8000) + bytes(5) + b_varchar("")
     row = b"\xd1" + struct.pack("<H", len(utf16(text))) + utf16(text)
     return b"\x81" + struct.pack("<H", 1) + column + row
 
 
 class Reader:
-    """Takes values from a message, front to back."""
+    """Reads values from a message sequentially."""
 
     def __init__(self, data):
         self.data = data
@@ -124,7 +124,7 @@ class Reader:
         self.take(self.number("<I") - 4)
 
     def parameter(self):
-        """One argument of a procedure call: a whole number or a text; None for null."""
+        """Reads an argument of a procedure call: an integer, a text, or None for null."""
         self.take(2 * self.number("<B"))
         self.take(1)
         kind = self.number("<B")
@@ -144,7 +144,7 @@ class Reader:
 
 
 class Store:
-    """The table, with the types of the columns checked by SQLite itself."""
+    """The table; SQLite checks the types of the columns."""
 
     def __init__(self, path):
         self.path = path
@@ -172,17 +172,17 @@ class Store:
 
 class Session(socketserver.BaseRequestHandler):
     def handle(self):
-        self.tell("connected")
+        self.report("connected")
         try:
-            self.talk()
+            self.run_session()
         except (ProtocolError, UnicodeDecodeError) as problem:
-            self.tell("protocol error: %s" % problem)
+            self.report("protocol error: %s" % problem)
         except (EOFError, ConnectionError):
             pass
-        self.tell("gone")
+        self.report("gone")
 
-    def tell(self, text):
-        self.server.tell(text)
+    def report(self, text):
+        self.server.report(text)
 
     def bytes(self, length):
         data = b""
@@ -209,22 +209,22 @@ class Session(socketserver.BaseRequestHandler):
             header = HEADER.pack(REPLY, last, HEADER.size + len(piece), 0, number & 0xFF, 0)
             self.request.sendall(header + piece)
 
-    def be_silent(self):
-        """Reads on, answers nothing, until the client gives up."""
+    def ignore_data(self):
+        """Reads and ignores all data until the client disconnects."""
         while self.request.recv(4096):
             pass
         raise EOFError
 
-    def talk(self):
+    def run_session(self):
         mode = self.server.mode
         if mode == "silent-accept":
-            self.be_silent()
+            self.ignore_data()
         kind, _ = self.message()
         if kind != PRELOGIN:
             raise ProtocolError("no pre-login, but message 0x%02x" % kind)
         self.send(self.prelogin())
         if mode == "silent-prelogin":
-            self.be_silent()
+            self.ignore_data()
         kind, data = self.message()
         if kind != LOGIN7:
             raise ProtocolError("no login, but message 0x%02x" % kind)
@@ -233,11 +233,11 @@ class Session(socketserver.BaseRequestHandler):
         if not self.login(data):
             return
         if mode == "silent-login":
-            self.be_silent()
+            self.ignore_data()
         while True:
             kind, data = self.message()
             if kind == ATTENTION:
-                self.tell("attention")
+                self.report("attention")
                 self.send(done(DONE, DONE_ATTENTION))
             elif kind == BATCH:
                 reader = Reader(data)
@@ -265,11 +265,11 @@ class Session(socketserver.BaseRequestHandler):
         def hidden(raw):
             return bytes((b ^ 0xA5) << 4 & 0xF0 | (b ^ 0xA5) >> 4 for b in raw)
 
-        # Some clients count the terminating zero character into the last of their texts.
+        # Some clients include the terminating zero character in the length of the last text.
         user, password, database = (
             raw.decode("utf-16-le").rstrip("\0") for raw in (text(40), hidden(text(44)), text(68))
         )
-        self.tell("login %s" % json.dumps([user, password, database], ensure_ascii=False))
+        self.report("login %s" % json.dumps([user, password, database], ensure_ascii=False))
         known = user == self.server.user and password == self.server.password
         if self.server.mode == "login-wrong" or not known:
             refusal = error(18456, 14, "Login failed for user '%s'." % user)
@@ -288,12 +288,12 @@ class Session(socketserver.BaseRequestHandler):
         return True
 
     def batch(self, text):
-        self.tell("batch %s" % json.dumps(text, ensure_ascii=False))
+        self.report("batch %s" % json.dumps(text, ensure_ascii=False))
         self.send(self.run(text, DONE))
 
     def run(self, text, token):
-        """The reply to a statement. In a procedure more always follows, or the client would take
-        the statement's end for the procedure's."""
+        """Returns the reply to a statement. In a procedure, the "more" flag must be set, or the client
+        would treat the end of the statement as the end of the procedure."""
         more = DONE_MORE if token == DONEINPROC else 0
         if not text.lstrip().upper().startswith("INSERT"):
             if re.fullmatch(r"select 'test'", text, re.IGNORECASE):
@@ -303,7 +303,7 @@ class Session(socketserver.BaseRequestHandler):
             return error(102, 15, "Unknown statement.") + done(token, DONE_ERROR | more)
         mode = self.server.mode
         if mode == "silent-statement":
-            self.be_silent()
+            self.ignore_data()
         if mode == "die-statement":
             raise EOFError
         if mode == "error-statement":
@@ -311,9 +311,9 @@ class Session(socketserver.BaseRequestHandler):
         try:
             self.server.store.insert(text)
         except ValueError:
-            self.tell("refused %s" % json.dumps(text, ensure_ascii=False))
+            self.report("refused %s" % json.dumps(text, ensure_ascii=False))
             return error(102, 15, "Incorrect syntax.") + done(token, DONE_ERROR | more)
-        self.tell("inserted")
+        self.report("inserted")
         return done(token, DONE_COUNT | more, 1)
 
     def procedure(self, reader):
@@ -325,7 +325,7 @@ class Session(socketserver.BaseRequestHandler):
         arguments = []
         while reader.at < len(reader.data):
             arguments.append(reader.parameter())
-        self.tell("call %s" % json.dumps([name] + arguments, ensure_ascii=False))
+        self.report("call %s" % json.dumps([name] + arguments, ensure_ascii=False))
         if name != CURSOR_OPEN:
             raise ProtocolError("procedure %s" % name)
         reply = self.run(arguments[1], DONEINPROC)
@@ -346,14 +346,14 @@ class Server(socketserver.ThreadingTCPServer):
         self.store = Store(options.store)
         self.output = threading.Lock()
 
-    def tell(self, text):
+    def report(self, text):
         with self.output:
             sys.stdout.write(text + "\n")
             sys.stdout.flush()
 
 
 def stop_listening(server):
-    """Fills the queue of connections and takes none out, so that the system drops what comes."""
+    """Fills the connection queue without accepting, so that the system drops new connections."""
     server.socket.listen(0)
     full = []
     while True:
@@ -372,13 +372,13 @@ def serve(options):
             server.queue = stop_listening(server)
         else:
             threading.Thread(target=server.serve_forever, daemon=True).start()
-        server.tell("ready %d" % server.server_address[1])
+        server.report("ready %d" % server.server_address[1])
         for line in sys.stdin:
             command, _, mode = line.strip().partition(" ")
             if command != "mode" or mode not in MODES:
-                raise SystemExit("not understood: " + line)
+                raise SystemExit("unknown command: " + line)
             server.mode = mode
-            server.tell("mode " + mode)
+            server.report("mode " + mode)
 
 
 def main():

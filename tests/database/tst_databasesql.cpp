@@ -18,10 +18,10 @@ public:
         : m_uploader(uploader)
     { }
 
-    // The statement for a row and the station that the settings store holds.
+    // Returns the statement for a row and the stored station.
     [[nodiscard]] QString statement(const QVariantList &row)
     {
-        m_uploader.inserIntoTable(row); // there is no connection: it only gets as far as the text
+        m_uploader.inserIntoTable(row); // without a connection, only the text is created
         return m_uploader.statement(row);
     }
     [[nodiscard]] QVariantList rowValues() const { return m_uploader.m_rowValues; }
@@ -52,14 +52,14 @@ private Q_SLOTS:
     void initTestCase();
     void init();
 
-    void metaObject_members_standInTheirOrder();
-    void driverName_isKnown_besideTheToolkitsOwn();
+    void metaObject_members_areInDeclaredOrder();
+    void driverName_isRegistered_besideQtsName();
     void statement_ofRow_data();
     void statement_ofRow();
     void station_isReadForEachStatement();
     void noStoredParameters_defaultsAreUsed();
     void storedParameters_areReadForEachConnection();
-    void serverSettings_storeNothingThatLasts();
+    void serverSettings_haveNoEffect();
     void serverSettings_emptyArguments_areNotLogged();
     void makeSqlStr_replacesTheRow();
     void statementWithoutConnection_fails();
@@ -69,7 +69,7 @@ private Q_SLOTS:
 
 void tst_databasesql::initTestCase()
 {
-    // No driver manager's own settings: nothing here may reach a server that this machine knows.
+    // Ignore the driver manager's settings, so that no test connects to a server of this machine.
     qputenv("ODBCSYSINI", "/nonexistent");
     qputenv("ODBCINI", "/nonexistent");
     ork2::registerOdbcDriverAlias();
@@ -80,13 +80,13 @@ void tst_databasesql::init()
     profile::clear();
 }
 
-void tst_databasesql::metaObject_members_standInTheirOrder()
+void tst_databasesql::metaObject_members_areInDeclaredOrder()
 {
     const QMetaObject &meta = databasesql::staticMetaObject;
     QByteArrayList methods;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
         QByteArray signature = meta.method(i).methodSignature();
-        signature.replace("QList<QVariant>", "QVariantList"); // the toolkit 6.8 writes it out
+        signature.replace("QList<QVariant>", "QVariantList"); // Qt 6.8 resolves the alias
         methods << meta.method(i).typeName() + QByteArray(" ") + signature;
     }
     QCOMPARE(methods,
@@ -95,7 +95,7 @@ void tst_databasesql::metaObject_members_standInTheirOrder()
             "void process()", "void serverSend()", "void makeSqlStr(QVariantList)"}));
 }
 
-void tst_databasesql::driverName_isKnown_besideTheToolkitsOwn()
+void tst_databasesql::driverName_isRegistered_besideQtsName()
 {
     QVERIFY(QSqlDatabase::drivers().contains(QStringLiteral("QODBC3")));
     QVERIFY(QSqlDatabase::drivers().contains(QStringLiteral("QODBC")));
@@ -115,7 +115,7 @@ void tst_databasesql::statement_ofRow_data()
     QTest::newRow("plain")
         << kRow << QString()
         << QStringLiteral("'2024-05-01', '12:30:00.000', '-', 7, 1.500, 20.250, 3.000, 0.123");
-    QTest::newRow("byte arrays, as a file's line gives them")
+    QTest::newRow("byte arrays, as in a line of a day file")
         << QVariantList{QStringLiteral("2024-05-01"), QByteArray("12:30:00"), 7, QByteArray("1234"),
                QByteArray("2500"), QByteArray("Основной")}
         << QString()
@@ -135,7 +135,7 @@ void tst_databasesql::statement_ofRow_data()
     QTest::newRow("one too many")
         << kRow + QVariantList{9.0} << QString()
         << QStringLiteral("'2024-05-01', '12:30:00.000', '-', 7, 1.500, 20.250, 3.000, 0.123");
-    QTest::newRow("device number is no number")
+    QTest::newRow("device number is not a number")
         << with(2, QStringLiteral("seven")) << QString()
         << QStringLiteral("'2024-05-01', '12:30:00.000', '-', 0, 1.500, 20.250, 3.000, 0.123");
     QTest::newRow("device number negative and large")
@@ -145,7 +145,7 @@ void tst_databasesql::statement_ofRow_data()
     QTest::newRow("empty variant")
         << with(4, QVariant()) << QString()
         << QStringLiteral("'2024-05-01', '12:30:00.000', '-', 7, 1.500, 0.000, 3.000, 0.123");
-    // A single keeps 24 bits: 0.0005 lies above a half thousandth, 16777217 does not exist.
+    // Single precision has 24 bits: 0.0005 is rounded up, and 16777217 cannot be represented.
     QTest::newRow("rounding up")
         << with(6, 0.0005) << QString()
         << QStringLiteral("'2024-05-01', '12:30:00.000', '-', 7, 1.500, 20.250, 3.000, 0.001");
@@ -167,7 +167,7 @@ void tst_databasesql::statement_ofRow_data()
     QTest::newRow("empty station")
         << kRow << QStringLiteral("")
         << QStringLiteral("'2024-05-01', '12:30:00.000', '', 7, 1.500, 20.250, 3.000, 0.123");
-    QTest::newRow("places of other values in the station")
+    QTest::newRow("place markers in the station")
         << kRow << QStringLiteral("%4 %8 ?")
         << QStringLiteral(
                "'2024-05-01', '12:30:00.000', '%4 %8 ?', 7, 1.500, 20.250, 3.000, 0.123");
@@ -243,7 +243,7 @@ void tst_databasesql::storedParameters_areReadForEachConnection()
     probe.closeConnection();
 }
 
-void tst_databasesql::serverSettings_storeNothingThatLasts()
+void tst_databasesql::serverSettings_haveNoEffect()
 {
     databasesql uploader;
     QSignalSpy texts(&uploader, &databasesql::logSQLData);
@@ -251,8 +251,8 @@ void tst_databasesql::serverSettings_storeNothingThatLasts()
     LogCapture log;
     uploader.ServerSettings(
         QStringLiteral("10.0.0.1"), 99, QStringLiteral("a"), QStringLiteral("b"));
-    const QStringList told = log.lines().filter(QStringLiteral("It's work!!! The num is"));
-    QCOMPARE(told,
+    const QStringList logged = log.lines().filter(QStringLiteral("It's work!!! The num is"));
+    QCOMPARE(logged,
         QStringList({QStringLiteral("It's work!!! The num is \"10.0.0.1\""),
             QStringLiteral("It's work!!! The num is 99"),
             QStringLiteral("It's work!!! The num is \"a\""),
@@ -299,7 +299,7 @@ void tst_databasesql::unknownDriver_failsToConnect()
     databasesql uploader;
     QStringList order;
     connect(&uploader, &databasesql::logSQLData, this, [&order](const QString &text) {
-        // The connection has been closed by then.
+        // The connection is already closed.
         order << text + QSqlDatabase::connectionNames().join(u' ');
     });
     connect(
@@ -309,11 +309,11 @@ void tst_databasesql::unknownDriver_failsToConnect()
     QCOMPARE(
         order, QStringList({QStringLiteral("SQL connection failed!"), QStringLiteral("finished")}));
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
-    QStringList own = log.lines();
-    for (const QString &toolkits : log.warnings()) {
-        own.removeAll(toolkits);
+    QStringList ownLines = log.lines();
+    for (const QString &qtWarning : log.warnings()) {
+        ownLines.removeAll(qtWarning);
     }
-    QCOMPARE(own,
+    QCOMPARE(ownLines,
         QStringList(
             {QStringLiteral("QList(\"QODBC\", \"QODBC3\")"), QStringLiteral("Connection failed"),
                 QStringLiteral("BeforeDelete \"qt_sql_default_connection\""),

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The whole way of a row, from the file writer to a server's table, over a real ODBC driver; and
-// what each kind of broken server makes of it.
+// Uploads rows from the file writer to the table of a server through a real ODBC driver, and tests
+// all kinds of server failures.
 #include "databasesql.h"
 #include "datalogger.h"
 
 #include "dataloggerprobe.h"
 #include "logcapture.h"
 #include "odbcdriveralias.h"
-#include "patience.h"
 #include "profile.h"
 #include "sharedvalues.h"
 #include "tdsresponder.h"
+#include "timeout.h"
 #include "uploadwatch.h"
 
 #include <QDir>
@@ -36,9 +36,9 @@ namespace {
 
 constexpr int kOpenLimitMs = ork2::kLoginTimeoutSeconds * 1000;
 constexpr int kInsertLimitMs = ork2::kInsertTimeoutSeconds * 1000;
-constexpr double kHeldUpLimitMs = 50.0;
+constexpr double kBlockLimitMs = 50.0;
 
-// Takes what the program writes to its standard output while it lives.
+// Captures the standard output of the program during its lifetime.
 class StandardOutput
 {
 public:
@@ -69,9 +69,9 @@ private:
     bool m_diverted = false;
 };
 
-// Threads that want to run for each core, 1 or more: on a crowded machine a lock's holder may
-// itself wait for its turn.
-double crowding()
+// Returns the number of runnable threads per core, at least 1: on a busy machine, the owner of a
+// lock may have to wait for the CPU.
+double loadPerCore()
 {
     double load = 0;
     getloadavg(&load, 1);
@@ -84,7 +84,7 @@ const QString kStatementStart =
     QStringLiteral("INSERT [UVIndex].[dbo].[UVI] ([Date], [Time], [Station], [Dev_id], [Voltage], "
                    "[Temperature], [Radiation], [UVIndex]) VALUES (");
 
-// A loopback port on which nobody listens: bound for as long as this lives.
+// Reserves a loopback port on which no program listens.
 class ClosedPort
 {
 public:
@@ -121,19 +121,19 @@ private Q_SLOTS:
 
     void server_answersAnIndependentClient();
     void row_reachesTheTable();
-    void serverSettings_serverAnswers_isTold();
+    void serverSettings_serverAnswers_isReported();
     void row_fromReading_reachesTheTable();
     void stationText_reachesTheTable();
     void quoteInStation_isNotEscaped();
     void credentials_reachTheServer_butNotTheLog();
-    void brokenServer_isTold_andLeavesNothing_data();
-    void brokenServer_isTold_andLeavesNothing();
-    void refusedConnection_isTold_andNothingNamesTheServer();
-    void rowsMeanwhile_wait_andGoInTurn();
-    void tooManyRows_dropTheOldest_andTell();
-    void flagTakenBack_waitingRowsStillGo();
-    void unwritableFile_rowStillGoes();
-    void manyRows_goOneAtATime();
+    void brokenServer_isReported_andLeavesNothing_data();
+    void brokenServer_isReported_andLeavesNothing();
+    void refusedConnection_isReported_withoutServerName();
+    void rowsDuringUpload_areUploadedInOrder();
+    void tooManyRows_dropTheOldest_andReport();
+    void flagReset_waitingRowsAreUploaded();
+    void unwritableFile_rowIsUploaded();
+    void manyRows_areUploadedOneAtATime();
 
 private:
     void serve(const QString &mode = QStringLiteral("ok"), const QString &user = {},
@@ -150,7 +150,7 @@ private:
     std::unique_ptr<UploadWatch> m_watch;
     std::unique_ptr<datalogger> m_writer;
     QStringList m_debugLog;
-    QString m_figure; // shown when the test is over
+    QString m_result; // printed at the end of the test
 };
 
 void tst_upload::initTestCase()
@@ -164,7 +164,7 @@ void tst_upload::initTestCase()
     qputenv("ODBCINI", m_folder.filePath(QStringLiteral("odbc.ini")).toUtf8());
     qputenv("FREETDSCONF", "/dev/null");
     qputenv("TDSHOST", "127.0.0.1"); // "localhost" may be two addresses, tried one after the other
-    qputenv("TDSVER", "7.4");        // the driver would try old protocols one after the other
+    qputenv("TDSVER", "7.4");        // the driver would otherwise try old protocols first
     ork2::registerOdbcDriverAlias();
 }
 
@@ -182,21 +182,21 @@ void tst_upload::init()
     connect(m_writer.get(), &datalogger::debugLog, this,
         [this](const QString &text) { m_debugLog << text; });
     m_writer->DataCloudRecieved(QStringLiteral("0120"), QStringLiteral("2500"));
-    mark(QStringLiteral("00:00:00")); // the day's file is there before anything is measured
+    mark(QStringLiteral("00:00:00")); // create the day file before the measurements
     m_writer->sqlChkBox(true);
     m_watch = std::make_unique<UploadWatch>();
 }
 
 void tst_upload::cleanup()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kTimeoutMs);
     m_writer.reset();
     m_watch.reset();
     m_server.reset();
     m_log.reset();
-    if (!m_figure.isEmpty()) {
-        qInfo("%s: %s", QTest::currentTestFunction(), qPrintable(m_figure));
-        m_figure.clear();
+    if (!m_result.isEmpty()) {
+        qInfo("%s: %s", QTest::currentTestFunction(), qPrintable(m_result));
+        m_result.clear();
     }
 }
 
@@ -204,13 +204,13 @@ void tst_upload::serve(const QString &mode, const QString &user, const QString &
 {
     m_server = std::make_unique<TdsResponder>(mode, user, password);
     qputenv("TDSPORT", m_server->port());
-    m_watch = std::make_unique<UploadWatch>(); // its clocks start now
+    m_watch = std::make_unique<UploadWatch>(); // restart its clocks
 }
 
 void tst_upload::changeMode(const QString &mode)
 {
     m_server->setMode(mode);
-    m_watch->excuse();
+    m_watch->excludeWaiting();
 }
 
 void tst_upload::mark(const QString &time)
@@ -221,19 +221,19 @@ void tst_upload::mark(const QString &time)
 QByteArrayList tst_upload::storedRows()
 {
     const QByteArrayList rows = m_server->rows();
-    m_watch->excuse();
+    m_watch->excludeWaiting();
     return rows;
 }
 
 void tst_upload::verifyNothingIsLeft()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(m_watch->idle(), kTimeoutMs);
     QCOMPARE(m_watch->finished(), m_watch->started());
     QCOMPARE(DataloggerProbe(*m_writer).uploadThread(), nullptr);
     QCOMPARE(DataloggerProbe(*m_writer).uploader(), nullptr);
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
-    QVERIFY2(m_watch->longestWaitMs() < kHeldUpLimitMs * crowding(),
-        qPrintable(QString::number(m_watch->longestWaitMs())));
+    QVERIFY2(m_watch->longestBlockMs() < kBlockLimitMs * loadPerCore(),
+        qPrintable(QString::number(m_watch->longestBlockMs())));
 }
 
 void tst_upload::server_answersAnIndependentClient()
@@ -249,7 +249,7 @@ void tst_upload::server_answersAnIndependentClient()
                 QStringLiteral("-P"), password});
         process.write(statement + "\ngo\nexit\n");
         process.closeWriteChannel();
-        process.waitForFinished(kPatienceMs);
+        process.waitForFinished(kTimeoutMs);
         return process.readAll();
     };
     const QString secret = QStringLiteral("secret");
@@ -258,7 +258,8 @@ void tst_upload::server_answersAnIndependentClient()
     const QByteArray answer = client(secret, good);
     QVERIFY2(!answer.contains("Msg "), answer);
     QVERIFY(client(QStringLiteral("wrong"), good).contains("Login failed"));
-    // Another table, columns in another order, a value of another type, a value too few.
+    // Another table, columns in another order, a value of another type, a missing value, and
+    // others.
     for (const auto &[before, after] : QList<std::pair<QByteArray, QByteArray>>{{"[UVI]", "[UVX]"},
              {"[Date], [Time]", "[Time], [Date]"}, {" 7,", " '7',"}, {", 3.000", ""},
              {"1.500", "1.5"}, {"2024-05-01", "2024/05/01"}}) {
@@ -273,7 +274,7 @@ void tst_upload::server_answersAnIndependentClient()
 void tst_upload::row_reachesTheTable()
 {
     serve();
-    // Values that no reading gives; tabs part them, as they part a line's fields.
+    // Values that do not occur in readings, separated by tabs like the fields of a line.
     m_writer->DataCloudRecieved(QStringLiteral("1.5"), QStringLiteral("20.25\t3.0\t0.1234"));
     QByteArray output;
     {
@@ -282,7 +283,7 @@ void tst_upload::row_reachesTheTable()
         const QPointer<QThread> thread = DataloggerProbe(*m_writer).uploadThread();
         const QPointer<databasesql> uploader = DataloggerProbe(*m_writer).uploader();
         QVERIFY(thread && uploader);
-        QTRY_VERIFY_WITH_TIMEOUT(!thread && !uploader, kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!thread && !uploader, kTimeoutMs);
         output = diverted.text();
     }
     const QString statement = kStatementStart
@@ -296,12 +297,12 @@ void tst_upload::row_reachesTheTable()
         QByteArrayList({R"(["2024-05-01", "12:30:00.000", "-", 7, 1.5, 20.25, 3.0, 0.123])"}));
     QVERIFY(m_log->lines().contains(QStringLiteral("Connection is ok")));
     QVERIFY(m_log->lines().contains(QStringLiteral("SQL bind \"%1\"").arg(statement)));
-    // The name of the connection is asked for with an open connection: the second one.
+    // Querying the name of the connection opens a second connection.
     QCOMPARE(m_server->count("login"), 2);
     QTRY_COMPARE(m_server->count("gone"), 2);
 }
 
-void tst_upload::serverSettings_serverAnswers_isTold()
+void tst_upload::serverSettings_serverAnswers_isReported()
 {
     serve();
     {
@@ -319,9 +320,9 @@ void tst_upload::row_fromReading_reachesTheTable()
     serve();
     m_writer->DataCloudRecieved(QStringLiteral("0420"), QStringLiteral("5000"));
     m_writer->DataCloudChanel(QStringLiteral("1"));
-    noReplyCounter.storeRelaxed(ork2::kReplyAgeLimit); // not for the file, yet for the table
+    noReplyCounter.storeRelaxed(ork2::kReplyAgeLimit); // uploaded, but not written to the file
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows(),
         QByteArrayList({R"(["2024-05-01", "08:15:00.000", "-", 7, 420.0, 0.0, 0.0, 0.0])"}));
     verifyNothingIsLeft();
@@ -332,7 +333,7 @@ void tst_upload::stationText_reachesTheTable()
     serve();
     profile::store(ork2::kServerStation, QStringLiteral("Станция №4 ?:a%5"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows(),
         QByteArrayList(
             {R"(["2024-05-01", "08:15:00.000", "Станция №4 ?:a%5", 7, 120.0, 2500.0, 0.0, 0.0])"}));
@@ -344,7 +345,7 @@ void tst_upload::quoteInStation_isNotEscaped()
     serve();
     profile::store(ork2::kServerStation, QStringLiteral("O'Hara"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(m_watch->texts(), QStringList{kDataFailed});
     QTRY_COMPARE(m_server->count("refused"), 1);
     QVERIFY(m_server->events().join('\n').contains("'08:15:00.000', 'O'Hara', 7"));
@@ -360,7 +361,7 @@ void tst_upload::credentials_reachTheServer_butNotTheLog()
     profile::store(ork2::kServerUser, QStringLiteral("метео"));
     profile::store(ork2::kServerPassword, password);
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows().size(), 1);
     QTRY_COMPARE(m_server->count(R"(login ["метео", "пароль-Zq9", "UVIndex"])"), 2);
     const QString statement = m_watch->texts().value(0);
@@ -375,7 +376,7 @@ void tst_upload::credentials_reachTheServer_butNotTheLog()
     verifyNothingIsLeft();
 }
 
-void tst_upload::brokenServer_isTold_andLeavesNothing_data()
+void tst_upload::brokenServer_isReported_andLeavesNothing_data()
 {
     QTest::addColumn<QString>("mode");
     QTest::addColumn<QString>("text");
@@ -384,22 +385,22 @@ void tst_upload::brokenServer_isTold_andLeavesNothing_data()
     const auto add = [](const char *name, const char *mode, const QString &text, int atLeast) {
         QTest::newRow(name) << QString::fromLatin1(mode) << text << atLeast << atLeast + 4000;
     };
-    // A connection that does not open is tried twice: the second time when its name is asked for.
+    // A connection that does not open is tried twice: the second time when its name is queried.
     const int opens = 2 * kOpenLimitMs;
-    // The driver asks the server to stop, and gives up when that, too, is not answered in time.
+    // The driver requests the server to cancel, and returns when that times out as well.
     const int statement = 2 * kInsertLimitMs;
-    add("drops what comes", "deaf", kConnectionFailed, opens);
+    add("drops all packets", "deaf", kConnectionFailed, opens);
     add("silent after accepting", "silent-accept", kConnectionFailed, opens);
     add("silent after pre-login", "silent-prelogin", kConnectionFailed, opens);
     add("silent after login", "silent-login", kDataFailed, statement);
     add("silent during the statement", "silent-statement", kDataFailed, statement);
     add("wrong login", "login-wrong", kConnectionFailed, 0);
-    add("dies at login", "die-login", kConnectionFailed, 0);
-    add("dies during the statement", "die-statement", kDataFailed, 0);
+    add("disconnects at login", "die-login", kConnectionFailed, 0);
+    add("disconnects during the statement", "die-statement", kDataFailed, 0);
     add("answers with an error", "error-statement", kDataFailed, 0);
 }
 
-void tst_upload::brokenServer_isTold_andLeavesNothing()
+void tst_upload::brokenServer_isReported_andLeavesNothing()
 {
     QFETCH(QString, mode);
     QFETCH(QString, text);
@@ -409,8 +410,8 @@ void tst_upload::brokenServer_isTold_andLeavesNothing()
     profile::store(ork2::kServerPassword, QStringLiteral("Zq9secret"));
     serve(mode, QStringLiteral("uvi"), QStringLiteral("Zq9secret"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
-    m_figure = QStringLiteral("%1, %2 ms")
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
+    m_result = QStringLiteral("%1, %2 ms")
                    .arg(QString::fromUtf8(QTest::currentDataTag()))
                    .arg(m_watch->finishedAfterMs());
     QVERIFY(m_watch->finishedAfterMs() >= atLeastMs);
@@ -428,49 +429,49 @@ void tst_upload::brokenServer_isTold_andLeavesNothing()
     }
 }
 
-void tst_upload::refusedConnection_isTold_andNothingNamesTheServer()
+void tst_upload::refusedConnection_isReported_withoutServerName()
 {
     const ClosedPort closed;
     qputenv("TDSPORT", closed.port());
     profile::store(ork2::kServerHost, QStringLiteral("localhost"));
     mark(QStringLiteral("08:15:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(m_watch->texts(), QStringList{kConnectionFailed});
     QVERIFY(m_watch->finishedAfterMs() < 4000);
     verifyNothingIsLeft();
     QCOMPARE(m_log->lines().filter(QStringLiteral("localhost")), QStringList());
-    // The file has its line all the same.
+    // The line is still written to the file.
     QFile file(m_base->filePath(QStringLiteral("Data/ORK-2 N7/2024.05.01.txt")));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.readAll().endsWith("\r\n08:15:00\t0120\t2500\tОсновной"));
 }
 
-void tst_upload::rowsMeanwhile_wait_andGoInTurn()
+void tst_upload::rowsDuringUpload_areUploadedInOrder()
 {
     serve(QStringLiteral("silent-statement"));
     mark(QStringLiteral("08:00:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kTimeoutMs);
     mark(QStringLiteral("08:01:00"));
     mark(QStringLiteral("08:02:00"));
     mark(QStringLiteral("08:03:00"));
     QCOMPARE(DataloggerProbe(*m_writer).waitingRows(), 3);
     QCOMPARE(m_watch->started(), 1);
     changeMode(QStringLiteral("ok"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 4, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 4, kTimeoutMs);
     verifyNothingIsLeft();
     QCOMPARE(DataloggerProbe(*m_writer).waitingRows(), 0);
-    QCOMPARE(m_watch->texts().value(0), kDataFailed); // that row is not tried again
+    QCOMPARE(m_watch->texts().value(0), kDataFailed); // that row is not retried
     QCOMPARE(storedRows(),
         QByteArrayList({R"(["2024-05-01", "08:01:00.000", "-", 7, 120.0, 2500.0, 0.0, 0.0])",
             R"(["2024-05-01", "08:02:00.000", "-", 7, 120.0, 2500.0, 0.0, 0.0])",
             R"(["2024-05-01", "08:03:00.000", "-", 7, 120.0, 2500.0, 0.0, 0.0])"}));
 }
 
-void tst_upload::tooManyRows_dropTheOldest_andTell()
+void tst_upload::tooManyRows_dropTheOldest_andReport()
 {
     serve(QStringLiteral("silent-statement"));
     mark(QStringLiteral("07:00:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("call"), 1, kTimeoutMs);
     const auto minute = [](qsizetype n) {
         return QTime(8, 0).addSecs(static_cast<int>(n) * 60).toString(QStringLiteral("hh:mm:ss"));
     };
@@ -480,15 +481,15 @@ void tst_upload::tooManyRows_dropTheOldest_andTell()
     QCOMPARE(m_debugLog, QStringList());
     mark(minute(ork2::kWaitingRowsLimit));
     mark(minute(ork2::kWaitingRowsLimit + 1));
-    const QStringList told{
+    const QStringList messages{
         QStringLiteral("Upload queue is full, dropped the row of 2024-05-01 08:00:00"),
         QStringLiteral("Upload queue is full, dropped the row of 2024-05-01 08:01:00")};
-    QCOMPARE(m_debugLog, told);
+    QCOMPARE(m_debugLog, messages);
     QCOMPARE(m_log->lines().filter(QStringLiteral("Upload queue")).size(), 2);
     QCOMPARE(DataloggerProbe(*m_writer).waitingRows(), ork2::kWaitingRowsLimit);
     changeMode(QStringLiteral("ok"));
     QTRY_COMPARE_WITH_TIMEOUT(
-        m_watch->finished(), static_cast<int>(ork2::kWaitingRowsLimit) + 1, 2 * kPatienceMs);
+        m_watch->finished(), static_cast<int>(ork2::kWaitingRowsLimit) + 1, 2 * kTimeoutMs);
     verifyNothingIsLeft();
     const QByteArrayList rows = storedRows();
     QCOMPARE(rows.size(), ork2::kWaitingRowsLimit);
@@ -497,20 +498,20 @@ void tst_upload::tooManyRows_dropTheOldest_andTell()
     }
 }
 
-void tst_upload::flagTakenBack_waitingRowsStillGo()
+void tst_upload::flagReset_waitingRowsAreUploaded()
 {
     serve();
     mark(QStringLiteral("08:00:00"));
     mark(QStringLiteral("08:01:00"));
     m_writer->sqlChkBox(false);
     mark(QStringLiteral("08:02:00"));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 2, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 2, kTimeoutMs);
     verifyNothingIsLeft();
     QCOMPARE(m_watch->started(), 2);
     QCOMPARE(storedRows().size(), 2);
 }
 
-void tst_upload::unwritableFile_rowStillGoes()
+void tst_upload::unwritableFile_rowIsUploaded()
 {
     serve();
     QFile obstacle(m_base->filePath(QStringLiteral("Data")));
@@ -519,23 +520,23 @@ void tst_upload::unwritableFile_rowStillGoes()
     QSignalSpy lamp(m_writer.get(), &datalogger::dataLedStatus);
     mark(QStringLiteral("08:00:00"));
     QCOMPARE(lamp, (QList<QVariantList>{{false}}));
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), 1, kTimeoutMs);
     QCOMPARE(storedRows().size(), 1);
     verifyNothingIsLeft();
 }
 
-void tst_upload::manyRows_goOneAtATime()
+void tst_upload::manyRows_areUploadedOneAtATime()
 {
     constexpr int kRows = 300;
     serve();
     for (int n = 0; n < kRows; ++n) {
         QTRY_VERIFY_WITH_TIMEOUT(
-            DataloggerProbe(*m_writer).waitingRows() < ork2::kWaitingRowsLimit, kPatienceMs);
+            DataloggerProbe(*m_writer).waitingRows() < ork2::kWaitingRowsLimit, kTimeoutMs);
         mark(QTime(0, 0).addSecs(n).toString(QStringLiteral("hh:mm:ss")));
         QVERIFY(m_watch->started() - m_watch->finished() <= 1);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), kRows, 2 * kPatienceMs);
-    m_figure =
+    QTRY_COMPARE_WITH_TIMEOUT(m_watch->finished(), kRows, 2 * kTimeoutMs);
+    m_result =
         QStringLiteral("%1 rows a second")
             .arg(kRows * 1000.0 / static_cast<double>(m_watch->finishedAfterMs()), 0, 'f', 0);
     verifyNothingIsLeft();
@@ -543,7 +544,7 @@ void tst_upload::manyRows_goOneAtATime()
     QCOMPARE(rows.size(), kRows);
     QVERIFY(rows.first().contains("00:00:00.000"));
     QVERIFY(rows.last().contains("00:04:59.000"));
-    // Two connections each, and none stays.
+    // Two connections per row, all closed.
     QTRY_COMPARE(m_server->count("connected"), 2 * kRows);
     QTRY_COMPARE(m_server->count("gone"), 2 * kRows);
 }

@@ -13,7 +13,7 @@ namespace {
 constexpr int kTickMs = 5;
 constexpr double kNsPerMs = 1e6;
 
-// Nanoseconds that the calling thread has computed or been ready to, as Linux counts them.
+// Returns the nanoseconds during which the calling thread was running or ready to run.
 qint64 busyNs()
 {
     QFile file(QStringLiteral("/proc/thread-self/schedstat"));
@@ -40,7 +40,7 @@ bool UploadWatch::eventFilter(QObject *object, QEvent *event)
 {
     if (event->type() == QEvent::ThreadChange) {
         if (auto *uploader = qobject_cast<databasesql *>(object)) {
-            meet(uploader);
+            watch(uploader);
         }
     } else if (event->type() == QEvent::DeferredDelete && qobject_cast<QThread *>(object)) {
         --m_threadsAlive;
@@ -48,7 +48,7 @@ bool UploadWatch::eventFilter(QObject *object, QEvent *event)
     return false;
 }
 
-void UploadWatch::meet(databasesql *uploader)
+void UploadWatch::watch(databasesql *uploader)
 {
     ++m_started;
     ++m_uploadersAlive;
@@ -62,17 +62,17 @@ void UploadWatch::meet(databasesql *uploader)
     connect(uploader, &QObject::destroyed, this, [this] { --m_uploadersAlive; });
 }
 
-void UploadWatch::excuse()
+void UploadWatch::excludeWaiting()
 {
-    (void)waitedMs();
+    (void)blockedMs();
 }
 
 void UploadWatch::tick()
 {
-    m_longestWaitMs = qMax(m_longestWaitMs, waitedMs());
+    m_longestBlockMs = qMax(m_longestBlockMs, blockedMs());
 }
 
-double UploadWatch::waitedMs()
+double UploadWatch::blockedMs()
 {
     const qint64 now = m_clock.nsecsElapsed();
     const qint64 busy = busyNs();

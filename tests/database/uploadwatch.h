@@ -8,8 +8,8 @@
 
 class databasesql;
 
-// Sees every upload of its lifetime from its beginning: the uploader is met when it is moved to its
-// thread, which is before that thread starts. Also measures how long the main thread was held up.
+// Observes all uploads during its lifetime. Detects an uploader when it is moved to its thread,
+// before the thread starts. Also measures how long the main thread was blocked.
 class UploadWatch : public QObject
 {
     Q_OBJECT
@@ -24,18 +24,18 @@ public:
     [[nodiscard]] bool idle() const { return m_uploadersAlive == 0 && m_threadsAlive == 0; }
     [[nodiscard]] QStringList texts() const { return m_texts; } // of logSQLData
     [[nodiscard]] qint64 finishedAfterMs() const { return m_finishedAfterMs; }
-    // Longest time without a turn of the event loop in which the main thread neither computed nor
-    // was ready to: it waited for something else than its next event.
-    [[nodiscard]] double longestWaitMs() const { return m_longestWaitMs; }
+    // The longest time during which the main thread was blocked outside the event loop: it was
+    // neither running nor ready to run.
+    [[nodiscard]] double longestBlockMs() const { return m_longestBlockMs; }
 
-    // The time since the last turn was the test's own waiting and does not count.
-    void excuse();
+    // Excludes the time since the last tick, during which the test itself waited.
+    void excludeWaiting();
 
     bool eventFilter(QObject *object, QEvent *event) override;
 
 private:
-    void meet(databasesql *uploader);
-    [[nodiscard]] double waitedMs();
+    void watch(databasesql *uploader);
+    [[nodiscard]] double blockedMs();
     void tick();
 
     int m_started = 0;
@@ -48,5 +48,5 @@ private:
     QTimer m_ticks;
     qint64 m_lastTickNs = 0;
     qint64 m_lastBusyNs = 0;
-    double m_longestWaitMs = 0.0;
+    double m_longestBlockMs = 0.0;
 };

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""What the endurance tests share: the program in a folder of its own, a played line, a look at it all."""
+"""Common classes of the endurance tests: the program in a separate folder, and a simulated line."""
 import argparse
 import atexit
 import errno
@@ -19,28 +19,28 @@ from pathlib import Path
 TOP = Path(__file__).resolve().parents[2]
 TITLE = "Измеритель высоты облаков ОРК-2"
 PANEL_TITLE = "Панель управления"
-# Places in the windows, in pixels.
+# Positions in the windows, in pixels.
 START_BUTTON = (810, 682)
 PANEL_BUTTON = (118, 682)
 LAMPS = {"connection": (118, 188), "data": (521, 188)}
 ORDINARY_USER = 65534
 GOOD = b"H112342345\r"
 
-# Extracted from a frame by the log line of the first layer.
+# Precedes the height in the log line of the first layer.
 READING = "First layer of cloud altitude: "
 
 
 class Failure(Exception):
-    """What a test found; ends the case, not the test."""
+    """A failure that ends the current case, but not the test."""
 
 
 def options(description, **extra):
-    """The command line that every test has, plus its own: name=(default, help)."""
+    """Parses the common options and those of the test: name=(default, help)."""
     parser = argparse.ArgumentParser(description=description)
     parser.add_argument("--program", type=Path, default=TOP / "build/release/bin/ork2-terminal",
-                        help="the terminal to put to the test (default: %(default)s)")
+                        help="the terminal to test (default: %(default)s)")
     parser.add_argument("--keep", type=Path, metavar="FOLDER",
-                        help="leave logs, day files and screenshots in FOLDER")
+                        help="keep logs, day files and screenshots in FOLDER")
     for name, (default, text) in extra.items():
         flag = "--" + name.replace("_", "-")
         if isinstance(default, bool):
@@ -56,7 +56,7 @@ def options(description, **extra):
 
 
 def on_a_display():
-    """Starts the test again on a display of its own, unless it has one."""
+    """Restarts the test on a separate display, unless it already runs on one."""
     if "ORK2_ENDURANCE_DISPLAY" not in os.environ:
         environment = dict(os.environ, ORK2_ENDURANCE_DISPLAY="1", LC_ALL="C.UTF-8")
         os.execve(TOP / "tests/with-display",
@@ -64,7 +64,7 @@ def on_a_display():
 
 
 def wait_until(condition, seconds):
-    """The condition's first true value; what it was in the end if the time is up."""
+    """Returns the first true value of the condition, or its last value after the timeout."""
     end = time.monotonic() + seconds
     while True:
         value = condition()
@@ -79,7 +79,7 @@ def output_of(*command):
 
 
 def as_ordinary_user(user=ORDINARY_USER):
-    """For preexec_fn: root passes over every permission and every lock of a port."""
+    """For preexec_fn: permissions and port locks have no effect for root."""
     if os.geteuid() == 0:
         os.setgroups([])
         os.setresgid(user, user, user)
@@ -87,7 +87,7 @@ def as_ordinary_user(user=ORDINARY_USER):
 
 
 def fake_clock(text, **more):
-    """Environment of a process whose clock starts at the text and runs by its factor."""
+    """Returns the environment of a process with a fake clock, described by the text."""
     library = next(Path("/usr/lib").glob("*/faketime/libfaketimeMT.so.1"), None)
     if library is None:
         sys.exit("The package faketime is missing")
@@ -95,7 +95,7 @@ def fake_clock(text, **more):
 
 
 class Line:
-    """The instrument's end of a pseudo-terminal."""
+    """The instrument's side of a pseudo-terminal."""
 
     def __init__(self, link=None):
         self.master, self.slave = os.openpty()
@@ -110,7 +110,7 @@ class Line:
         os.set_blocking(self.master, False)
 
     def write(self, data):
-        """All of it; waits for the reader when the line is full."""
+        """Writes all data; waits for the reader if the line is full."""
         view = memoryview(data)
         end = time.monotonic() + 10
         while view:
@@ -118,11 +118,11 @@ class Line:
                 view = view[os.write(self.master, view):]
             except BlockingIOError:
                 if time.monotonic() > end:
-                    raise Failure("nobody reads the line") from None
+                    raise Failure("no program reads the line") from None
                 select.select([], [self.master], [], 0.1)
 
     def taken(self):
-        """Whether the reader has everything."""
+        """Returns whether the reader has read all data."""
         waiting = bytearray(4)
         import fcntl
         fcntl.ioctl(self.slave, termios.FIONREAD, waiting)
@@ -136,7 +136,7 @@ class Line:
 
 
 class Home:
-    """A folder of its own for one case: program, settings store, day files, log."""
+    """The folder of a test case: program, settings store, day files, log."""
 
     def __init__(self, program, name="home", parent=None):
         self._own = tempfile.TemporaryDirectory(prefix="ork2-endurance-") if parent is None else None
@@ -151,7 +151,7 @@ class Home:
         self.store_file = self.config / "КАСТОР" / "Терминал ОРК-2.conf"
         self.store_file.parent.mkdir(parents=True)
         self.log = self.path / "terminal.log"
-        # A name that no other program's port has, so that no lock of one is in the way.
+        # A unique name, so that there is no lock file of another program.
         self.port = self.path / "port"
 
     def store(self, port, unit="17", folder="!"):
@@ -163,7 +163,7 @@ class Home:
             encoding="utf-8")
 
     def give_away(self, user=ORDINARY_USER):
-        """To the ordinary user that the program will run as."""
+        """Changes the owner to the ordinary user who runs the program."""
         if os.geteuid() == 0:
             for folder in self.path.parents:
                 if folder == Path(tempfile.gettempdir()):
@@ -183,7 +183,7 @@ _ports = []
 
 @atexit.register
 def _end_everything():
-    """Also the locks that killed programs leave behind for every other user."""
+    """Ends all processes and removes the lock files left by killed programs."""
     for process in _running:
         if process.poll() is None:
             process.kill()
@@ -221,7 +221,7 @@ class Terminal:
 
     @property
     def pid(self):
-        """Of the program itself, behind what starts it."""
+        """The process id of the program."""
         return self.process.pid
 
     def alive(self):
@@ -253,7 +253,7 @@ class Terminal:
                        timeout=30)
 
     def new_log(self):
-        """What was logged since the last call of forget() or the start."""
+        """Returns the log since the start or the last call of forget()."""
         with open(self.home.log, "rb") as log:
             log.seek(self._offset)
             return log.read().decode("utf-8", "replace")
@@ -273,18 +273,18 @@ class Terminal:
 
     def _press(self, answer):
         before = self.new_log().count(answer)
-        for _ in range(3):  # a window that has just come up may miss a click
+        for _ in range(3):  # a window that has just been shown may miss a click
             self.click(START_BUTTON)
             if wait_until(lambda: self.new_log().count(answer) > before, 15):
                 return
-        raise Failure(f"the button did not bring {answer!r}")
+        raise Failure(f"no {answer!r} in the log after the click")
 
     def readings(self):
-        """First-layer texts that reached the window since forget()."""
+        """Returns the texts of the first layer shown since forget()."""
         return re.findall(re.escape("qml: " + READING) + "(.*)", self.new_log())
 
     def status(self):
-        """Texts of the status line since forget(), without stamp and line ends."""
+        """Returns the texts of the status line since forget(), without time stamps and line endings."""
         found = re.findall(r"^qml: (?:\[[\d:.]+\]:\t| (?=Статус))(.*?)\r?$", self.new_log(), re.M)
         return [text.strip() for text in found]
 
@@ -297,7 +297,7 @@ class Terminal:
             except Failure:
                 if attempt == 3 or not self.alive():
                     raise
-        # Both windows are to be seen at once.
+        # Move the windows so that both are visible.
         for window, x in ((self.window, "20"), (panel, "1100")):
             subprocess.run(["xdotool", "windowmove", window, x, "100"], check=False)
         return panel
@@ -308,7 +308,7 @@ class Terminal:
                          "-depth", "8", "txt:-")
         found = re.search(r"#([0-9A-F]{2})([0-9A-F]{2})([0-9A-F]{2})", text)
         if not found:
-            raise Failure("the control panel could not be seen")
+            raise Failure("no screenshot of the control panel")
         red, green, _ = (int(part, 16) for part in found.groups())
         return "on" if green > red + 40 else "off"
 
@@ -316,16 +316,16 @@ class Terminal:
         subprocess.run(["import", "-silent", "-window", "root", str(path)], check=False)
 
     def figures(self):
-        """Resident memory in KiB, threads, open files."""
+        """Returns the resident memory in KiB and the numbers of threads and open files."""
         status = Path(f"/proc/{self.pid}/status").read_text(encoding="ascii")
         memory = int(re.search(r"VmRSS:\s+(\d+)", status).group(1))
         threads = int(re.search(r"Threads:\s+(\d+)", status).group(1))
         return memory, threads, len(os.listdir(f"/proc/{self.pid}/fd"))
 
     def close(self, seconds=20):
-        """By its window; the exit code has to be 0."""
+        """Closes the window; the exit code must be 0."""
         end = time.monotonic() + seconds
-        while self.alive() and time.monotonic() < end:  # a busy desktop may miss a key
+        while self.alive() and time.monotonic() < end:  # a busy window manager may miss a key
             subprocess.run(["xdotool", "windowactivate", "--sync", self.window, "key",
                             "--clearmodifiers", "alt+F4"], stdout=subprocess.DEVNULL,
                            stderr=subprocess.DEVNULL, check=False, timeout=30)
@@ -333,7 +333,7 @@ class Terminal:
         code = self.process.poll()
         if code is None:
             self.kill()
-            raise Failure(f"the window was closed and the program ran on for {seconds} s")
+            raise Failure(f"the program was still running {seconds} s after its window was closed")
         if code != 0:
             raise Failure(f"the program ended with {code}")
 
@@ -351,22 +351,22 @@ def header(unit="17"):
 
 
 def read_day(path, unit="17"):
-    """The records of a day file; fails on anything that is not whole."""
+    """Returns the records of a day file; fails if anything is incomplete."""
     data = path.read_bytes()
     if not data.startswith(header(unit)):
-        raise Failure(f"{path.name}: the header is not whole")
+        raise Failure(f"{path.name}: the header is incomplete")
     body = data[len(header(unit)):]
     if body and not body.startswith(b"\r\n"):
         raise Failure(f"{path.name}: no line break after the header")
     records = body.decode("utf-8").split("\r\n")[1:]
     for record in records:
         if not RECORD.match(record):
-            raise Failure(f"{path.name}: not a whole line: {record!r}")
+            raise Failure(f"{path.name}: invalid line: {record!r}")
     return records
 
 
 class Report:
-    """Cases as rows of a Markdown table, and the exit code."""
+    """Prints the cases as rows of a Markdown table, and determines the exit code."""
 
     def __init__(self, title, *columns):
         self.failed = 0
@@ -380,5 +380,5 @@ class Report:
         print("| " + " | ".join(texts) + f" | {'good' if good else '**BAD**'} |", flush=True)
 
     def end(self):
-        print(f"\n{'Everything held' if not self.failed else f'{self.failed} case(s) did not hold'}")
+        print(f"\n{'All cases passed' if not self.failed else f'{self.failed} case(s) failed'}")
         return 1 if self.failed else 0

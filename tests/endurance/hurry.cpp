@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// From the last byte on the line to the controller and to the picture that shows it, on the real
-// windows, all of them shown: latency of single frames, and whether a frame is lost at the pace of
-// 115200 baud and flat out. tests/endurance/hurry starts it.
+// Measures the latency from the last byte on the line to the controller and to the displayed frame,
+// with all windows shown, and checks that no reading is lost at 115200 baud and at maximum speed.
+// Started by tests/endurance/hurry.
 #include "framenumber.h"
 #include "frames.h"
 #include "mainbackendprobe.h"
@@ -32,12 +32,12 @@
 
 namespace {
 
-constexpr double kBitsInByte = 10; // with start and stop bit
+constexpr double kBitsInByte = 10; // including start and stop bit
 constexpr int kBaud = 115200;
 constexpr int kStallProbeMs = 5;
 constexpr int kPauseBetweenFramesMs = 50;
-constexpr int kPatienceMs = 120000;
-constexpr int kSettleMs = 6000; // titles and grid fade in
+constexpr int kTimeoutMs = 120000;
+constexpr int kSettleMs = 6000; // until titles and grid have faded in
 
 using Clock = std::chrono::steady_clock;
 
@@ -46,10 +46,10 @@ double milliseconds(Clock::duration time)
     return std::chrono::duration<double, std::milli>(time).count();
 }
 
-// Until the condition holds; false: it did not within the time.
-template <typename Condition> bool waitFor(const Condition &condition, int patienceMs = kPatienceMs)
+// Waits until the condition is true. Returns false after the timeout.
+template <typename Condition> bool waitFor(const Condition &condition, int timeoutMs = kTimeoutMs)
 {
-    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(patienceMs);
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(timeoutMs);
     QTimer wake;
     wake.start(kStallProbeMs);
     while (!condition()) {
@@ -67,7 +67,7 @@ void pause(int ms)
     Q_UNUSED(waitFor([&] { return Clock::now() >= end; }))
 }
 
-void tell(const char *what, std::vector<double> ms)
+void report(const char *what, std::vector<double> ms)
 {
     if (ms.empty()) {
         std::printf("%s: none\n", what);
@@ -81,7 +81,7 @@ void tell(const char *what, std::vector<double> ms)
         percentile(0.5), percentile(0.99), percentile(1.0), ms.size());
 }
 
-// The longest time in which the interface did not turn to its events.
+// Measures the longest time during which the GUI thread did not process events.
 class StallProbe
 {
 public:
@@ -111,7 +111,7 @@ public:
     [[nodiscard]] bool start();
     void fill(int points);
     [[nodiscard]] bool latency(int frames);
-    // At most so many frames a second; 0: flat out.
+    // rate: maximum number of frames per second; 0: no limit.
     [[nodiscard]] bool throughput(int frames, double rate, const char *name);
 
 private:
@@ -123,7 +123,7 @@ private:
     Clock::time_point m_arrival;
     bool m_open = false;
     std::mutex m_lock;
-    Clock::time_point m_synchronized; // guarded by m_lock, like the next
+    Clock::time_point m_synchronized; // protected by m_lock, as is m_swapped
     Clock::time_point m_swapped;
     int m_expected = 0;
 };
@@ -153,7 +153,7 @@ Hurry::Hurry(ork2::Terminal &terminal, ork2::PseudoTerminal &line)
         m_window, &QQuickWindow::frameSwapped, m_window,
         [this] {
             const std::lock_guard<std::mutex> guard(m_lock);
-            // A picture counts from the moment on at which it took over what it shows.
+            // A frame shows the state at the time of its synchronization.
             m_swapped = m_synchronized;
         },
         Qt::DirectConnection);
@@ -220,10 +220,10 @@ bool Hurry::latency(int frames)
         toPicture.push_back(milliseconds(shown - sent));
         pause(kPauseBetweenFramesMs);
     }
-    tell("to the controller", toController);
-    tell("to the picture", toPicture);
+    report("to the controller", toController);
+    report("to the displayed frame", toPicture);
     std::printf(
-        "longest stall of the interface: %.0f ms; wrong readings: %d\n", probe.longest(), m_wrong);
+        "longest stall of the GUI thread: %.0f ms; wrong readings: %d\n", probe.longest(), m_wrong);
     return m_wrong == 0;
 }
 
@@ -237,15 +237,15 @@ bool Hurry::throughput(int frames, double rate, const char *name)
     const Clock::time_point begin = Clock::now();
     std::thread sender([&] {
         QByteArray pending;
-        int made = 0;
-        while (made < frames || !pending.isEmpty()) {
+        int created = 0;
+        while (created < frames || !pending.isEmpty()) {
             const double due = rate > 0 ? milliseconds(Clock::now() - begin) / 1000 * rate : 1e9;
-            while (pending.size() < 4000 && made < frames && made < due) {
-                pending += frameNumber(made++);
+            while (pending.size() < 4000 && created < frames && created < due) {
+                pending += frameNumber(created++);
             }
-            const qsizetype taken = pending.isEmpty() ? 0 : m_line.write(pending);
-            if (taken > 0) {
-                pending.remove(0, taken);
+            const qsizetype written = pending.isEmpty() ? 0 : m_line.write(pending);
+            if (written > 0) {
+                pending.remove(0, written);
             } else {
                 std::this_thread::sleep_for(std::chrono::microseconds(rate > 0 ? 200 : 20));
             }
@@ -253,11 +253,11 @@ bool Hurry::throughput(int frames, double rate, const char *name)
         finished = Clock::now();
     });
     const bool all =
-        waitFor([&] { return m_received >= frames; }, kPatienceMs + static_cast<int>(frames / 100));
+        waitFor([&] { return m_received >= frames; }, kTimeoutMs + static_cast<int>(frames / 100));
     sender.join();
     const double seconds = milliseconds(m_arrival - begin) / 1000;
-    std::printf("%s: %d of %d frames, %d wrong, %.0f frames a second, the last %.0f ms after its "
-                "byte; longest stall of the interface %.0f ms\n",
+    std::printf("%s: %d of %d frames, %d wrong, %.0f frames per second, the last %.0f ms after its "
+                "last byte; longest stall of the GUI thread %.0f ms\n",
         name, m_received, frames, m_wrong, m_received / seconds,
         milliseconds(m_arrival - finished.load()), probe.longest());
     std::fflush(stdout);
@@ -268,7 +268,7 @@ bool Hurry::throughput(int frames, double rate, const char *name)
 
 int main(int argc, char *argv[])
 {
-    const QTemporaryDir profile; // the user's own settings may name a port that is in use
+    const QTemporaryDir profile; // the user's settings may contain a port that is in use
     qputenv("XDG_CONFIG_HOME", profile.path().toLocal8Bit());
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
@@ -299,9 +299,9 @@ int main(int argc, char *argv[])
         const double rate = kBaud / kBitsInByte / 11;
         const int paced = static_cast<int>(parser.value(secondsOption).toInt() * rate);
         good = hurry.throughput(paced, rate, "115200 baud") && good;
-        good = hurry.throughput(parser.value(flatOutOption).toInt(), 0, "flat out") && good;
-        std::printf("%s\n", good ? "Nothing lost" : "**BAD**");
+        good = hurry.throughput(parser.value(flatOutOption).toInt(), 0, "maximum speed") && good;
+        std::printf("%s\n", good ? "No reading was lost" : "**BAD**");
         std::fflush(stdout);
     }
-    std::_Exit(good ? 0 : 1); // as the program does: the worker's thread is left running
+    std::_Exit(good ? 0 : 1); // the worker thread is still running
 }

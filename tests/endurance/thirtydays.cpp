@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Weeks of measurement with a clock that is moved by hand: the program's object graph, a real line,
-// real day files, and on request the real document. Every second has its reading and its ticks, in
-// the order and at the moments that the timers would give them; only the waiting in between is left
-// out. Prints figures; tests/endurance/thirty-days starts it and checks the day files.
-#include "frames.h"
+// Runs weeks of measurement with a simulated clock: the object graph of the program, a real line,
+// real day files and optionally the real QML document. Each second has its reading and its ticks,
+// in the order and at the times of the timers; only the waiting in between is omitted. Prints
+// measurements. Started by tests/endurance/thirty-days, which checks the day files.
 #include "documentitem.h"
+#include "frames.h"
 #include "mainbackendprobe.h"
 #include "minutetick.h"
 #include "pseudoterminal.h"
@@ -33,11 +33,12 @@
 
 namespace {
 
-constexpr double kReadingIntervalMs = 1000.37; // the instrument's clock is not the terminal's
-constexpr int kUsualLatenessMs = 40;
-constexpr int kLongestStallMs = 450; // a longer one may leave second 0, and its mark is lost
+constexpr double kReadingIntervalMs =
+    1000.37; // the clock of the instrument differs from that of the terminal
+constexpr int kTypicalDelayMs = 40;
+constexpr int kMaxStallMs = 450; // a longer stall may exceed second 0, so that its mark is lost
 constexpr double kMeanMsBetweenStalls = 3.6e6;
-constexpr int kPatienceMs = 10000;
+constexpr int kTimeoutMs = 10000;
 constexpr int kThinnedPoints = 2000;
 constexpr int kFigurePeriodMinutes = 360;
 
@@ -45,7 +46,7 @@ std::atomic<qint64> g_logBytes{0};
 std::atomic<int> g_warnings{0};
 QDateTime g_now;
 
-// What Qt says about its platform "offscreen".
+// Warnings of Qt about the platform "offscreen".
 bool isKnown(const QString &text)
 {
     return text.contains(u"systemTrayWindowChanged") || text.contains(u"propagateSizeHints");
@@ -79,12 +80,12 @@ struct Plan
 {
     QDateTime start;
     double days = 0;
-    double slew = 0;                    // wall clock against the timers
+    double slew = 0;                    // deviation of the clock from the timers
     unsigned long pauseMs = 0;          // after each line
-    QList<QPair<double, qint64>> steps; // after so many minutes the clock is set by so many seconds
+    QList<QPair<double, qint64>> steps; // clock changes: minutes after the start, seconds
 };
 
-// The moments of the timers and of the instrument on one time line, in milliseconds.
+// Schedules the ticks of the timers and the readings on a common time line, in milliseconds.
 class Weeks
 {
 public:
@@ -110,13 +111,13 @@ private:
     {
         return m_plan.start.addMSecs(m_steppedMs + static_cast<qint64>(ms * (1.0 + m_plan.slew)));
     }
-    // When a tick that is due now is met.
-    double met(double due)
+    // Returns the time at which a tick is handled.
+    double handledAt(double due)
     {
-        int late = m_random.between(0, kUsualLatenessMs);
+        int late = m_random.between(0, kTypicalDelayMs);
         if (due >= m_nextStall) {
             m_nextStall = due + kMeanMsBetweenStalls * m_random.between(50, 150) / 100.0;
-            late = m_random.between(kUsualLatenessMs, kLongestStallMs);
+            late = m_random.between(kTypicalDelayMs, kMaxStallMs);
         }
         m_busyUntil = std::max(m_busyUntil, due + late);
         return m_busyUntil;
@@ -124,7 +125,7 @@ private:
     [[nodiscard]] bool start();
     [[nodiscard]] bool send(double ms);
     void figures(double ms);
-    [[nodiscard]] bool chartHolds() const;
+    [[nodiscard]] bool chartIsValid() const;
 
     mainBackEnd &m_backEnd;
     MainBackEndProbe m_probe;
@@ -149,13 +150,13 @@ bool Weeks::start()
     QObject::connect(&m_backEnd, &mainBackEnd::sendCounter, &m_backEnd,
         [&open](const QString &text) { open = open || text.contains(QStringLiteral("Открыт")); });
     m_backEnd.enButton();
-    // They stay active, as the program sees them; their ticks come from here.
+    // The timers remain active for the program, but the ticks are called by this test.
     for (QTimer *timer : {m_probe.requestTimer(), m_probe.saveTimer(), m_probe.plotTimer()}) {
         timer->blockSignals(true);
     }
-    QElapsedTimer patience;
-    patience.start();
-    while (!open && patience.elapsed() < kPatienceMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!open && timer.elapsed() < kTimeoutMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
     return open;
@@ -171,12 +172,12 @@ bool Weeks::send(double ms)
     if (m_line.write(frame) != frame.size()) {
         return false;
     }
-    QElapsedTimer patience;
-    patience.start();
-    while (m_shown == before && patience.elapsed() < kPatienceMs) {
+    QElapsedTimer timer;
+    timer.start();
+    while (m_shown == before && timer.elapsed() < kTimeoutMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
-    // Only a running event loop does this by itself.
+    // Otherwise done by exec() only.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     return m_shown > before;
 }
@@ -193,8 +194,8 @@ void Weeks::figures(double ms)
     std::fflush(stdout);
 }
 
-// The newest point is the last plot tick's, and neither series has outgrown its limit.
-bool Weeks::chartHolds() const
+// Checks that the last point is that of the last plot tick, and that no series exceeds its limit.
+bool Weeks::chartIsValid() const
 {
     for (const QScatterSeries *series : m_series) {
         if (series->count() > ork2::kSeriesCapacity) {
@@ -239,7 +240,7 @@ bool Weeks::run()
             reading += kReadingIntervalMs;
             continue;
         }
-        const double now = met(next);
+        const double now = handledAt(next);
         g_now = wall(now);
         if (next == request) {
             m_probe.tickWatchdog();
@@ -247,7 +248,7 @@ bool Weeks::run()
         } else if (next == plot) {
             m_probe.tickPlot();
             plot += ork2::kPlotIntervalMs;
-            if (!chartHolds()) {
+            if (!chartIsValid()) {
                 return false;
             }
         } else {
@@ -272,7 +273,7 @@ bool Weeks::run()
     return g_warnings.load() == 0;
 }
 
-// The widest chart slides most rarely; what is drawn, other tests look at.
+// Uses the widest time window, which moves least often; other tests check the drawing.
 bool withDocument(QApplication &application, ork2::PseudoTerminal &line, const Plan &plan)
 {
     ork2::Terminal terminal(application, QUrl(QStringLiteral("qrc:/main")));
@@ -292,7 +293,7 @@ bool withDocument(QApplication &application, ork2::PseudoTerminal &line, const P
         .run();
 }
 
-// The series stand alone and are thinned as the document does it.
+// Uses series without a document and thins them in the same way.
 bool withoutDocument(ork2::PseudoTerminal &line, const Plan &plan)
 {
     mainBackEnd backEnd;
@@ -320,22 +321,22 @@ int main(int argc, char *argv[])
     parser.addOptions({
         {QStringLiteral("start"), QStringLiteral("Local time of the start."),
             QStringLiteral("TIME"), QStringLiteral("2024-02-28T23:49:30")},
-        {QStringLiteral("days"), QStringLiteral("How long."), QStringLiteral("N"),
+        {QStringLiteral("days"), QStringLiteral("Number of days."), QStringLiteral("N"),
             QStringLiteral("33")},
-        {QStringLiteral("ppm"), QStringLiteral("Wall clock against the timers."),
+        {QStringLiteral("ppm"), QStringLiteral("Deviation of the clock from the timers."),
             QStringLiteral("N"), QStringLiteral("0")},
-        {QStringLiteral("step"), QStringLiteral("After so many minutes set the clock by seconds."),
+        {QStringLiteral("step"), QStringLiteral("Change the clock by SECONDS after MINUTES."),
             QStringLiteral("MINUTES:SECONDS")},
         {QStringLiteral("pause"), QStringLiteral("Wait after each line."), QStringLiteral("MS"),
             QStringLiteral("0")},
         {QStringLiteral("data"), QStringLiteral("Folder of the day files."),
             QStringLiteral("FOLDER")},
-        {QStringLiteral("document"), QStringLiteral("With the documents, in a hidden window.")},
+        {QStringLiteral("document"), QStringLiteral("Load the QML documents, in a hidden window.")},
     });
     parser.process(application);
     if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME") || !parser.isSet(QStringLiteral("data"))) {
-        qFatal(
-            "Start this through tests/endurance/thirty-days: it needs a store and a folder of its own");
+        qFatal("Start this through tests/endurance/thirty-days, which creates a separate settings "
+               "store");
     }
     qInstallMessageHandler(countLog);
 

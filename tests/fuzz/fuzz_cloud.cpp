@@ -16,7 +16,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     QObject::connect(&parser, &convertData::readyToShowClouds, &parser,
         [&](const QString &first, const QString &second) {
             ++heights;
-            fuzz::check(channels == 0, "heights come before the channel");
+            fuzz::check(channels == 0, "heights are emitted before the channel");
             fuzz::check(isHeight(first, 2) && isHeight(second, 6), "heights are as sent");
         });
     QObject::connect(
@@ -25,6 +25,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             fuzz::check(channel == QString::fromLatin1(frame.mid(1, 1)), "channel is as sent");
         });
     parser.parseCloudData(frame);
-    fuzz::check(heights == 1 && channels == 1, "each is told once");
+    fuzz::check(heights == 1 && channels == 1, "each is emitted once");
     return 0;
 }

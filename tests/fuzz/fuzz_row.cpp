@@ -19,6 +19,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     fuzz::check(row.size() >= 3, "date, first field, unit number");
     fuzz::check(row.at(0).typeId() == QMetaType::QString, "date is a text");
     fuzz::check(row.at(2).typeId() == QMetaType::Int, "unit number is a number");
-    fuzz::check(fields == line, "the fields are the line's");
+    fuzz::check(fields == line, "the fields match the line");
     return 0;
 }

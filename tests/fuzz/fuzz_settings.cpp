@@ -4,15 +4,15 @@
 
 namespace {
 
-// The reader is private, and the slot around it writes into the settings store each time. An
-// explicit instantiation may name private members; it hands out this one.
+// The parser is private, and the slot that calls it writes to the settings store. An explicit
+// instantiation may refer to private members, so it is used to access the parser.
 using Reader = void (settings::*)(const QByteArray &);
 Reader reader();
 template <Reader function> struct Reach
 {
     friend Reader reader() { return function; }
 };
-template struct Reach<&settings::takeValues>;
+template struct Reach<&settings::parseValues>;
 
 } // namespace
 

@@ -11,12 +11,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray frame = fuzz::bytes(data, size);
     convertData parser;
-    int told = 0;
+    int emitted = 0;
     QObject::connect(
         &parser, &convertData::readyToShowTemp, &parser, [&](int address, double value) {
-            ++told;
+            ++emitted;
             fuzz::check(address == static_cast<std::uint8_t>(frame.at(0)), "address is as sent");
-            // Where IEEE 754 has an ordinary number, the arithmetic must give the same.
+            // For normal IEEE 754 numbers, the result must be the same.
             const quint32 low = qFromBigEndian<quint16>(frame.constData() + 3);
             const quint32 high = qFromBigEndian<quint16>(frame.constData() + 5);
             const auto single = std::bit_cast<float>(high << 16U | low);
@@ -25,6 +25,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
             fuzz::check(std::signbit(value) == ((high & 0x8000U) != 0), "sign");
         });
     parser.parseTempData(frame);
-    fuzz::check(told == (frame.size() == 9 ? 1 : 0), "one signal of a whole frame");
+    fuzz::check(emitted == (frame.size() == 9 ? 1 : 0), "one signal per complete frame");
     return 0;
 }

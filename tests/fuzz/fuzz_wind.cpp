@@ -8,20 +8,20 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray frame = fuzz::bytes(data, size);
     convertData parser;
-    QByteArray told;
-    // Any three of 24 bytes: within range whatever they are.
+    QByteArray emitted;
+    // The values must be in range for any bytes.
     const auto expect = [&](char what, double limit) {
-        return [&told, &frame, what, limit](int address, double a, double b, double c) {
-            told += what;
+        return [&emitted, &frame, what, limit](int address, double a, double b, double c) {
+            emitted += what;
             fuzz::check(address == static_cast<std::uint8_t>(frame.at(1)), "address is as sent");
             fuzz::check(std::min({a, b, c}) >= 0.0 && std::max({a, b, c}) <= limit, "range");
         };
     };
-    // Whole part and tenths have two digits each: at most (990 + 99) / 10.
+    // Integer part and tenths have two digits each: at most (990 + 99) / 10.
     QObject::connect(&parser, &convertData::readyToShowWindSpeed, &parser, expect('s', 108.9));
     QObject::connect(&parser, &convertData::readyToShowWindDirection, &parser, expect('d', 65535));
     QObject::connect(&parser, &convertData::readyToShowWindCritical, &parser, expect('c', 108.9));
     parser.parseWindData(frame);
-    fuzz::check(told == (frame.size() == 24 ? "sdc" : ""), "three signals of a whole frame");
+    fuzz::check(emitted == (frame.size() == 24 ? "sdc" : ""), "three signals per complete frame");
     return 0;
 }

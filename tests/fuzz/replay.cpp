@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands in for libFuzzer: runs the target on every file of the folders given, and on nothing else.
+// Replaces libFuzzer: runs the target with all files in the given folders.
 #include "check.h"
 
 #include <QDirIterator>

@@ -14,12 +14,12 @@ class tst_convertdata : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void metaObject_members_standInTheirOrder();
+    void metaObject_members_areInDeclaredOrder();
     void cloud_frame_givesHeightsAndChannel_data();
     void cloud_frame_givesHeightsAndChannel();
     void cloud_frame_emitsHeightsBeforeChannel();
-    void cloud_shortFrame_isReadAsFarAsItGoes_data();
-    void cloud_shortFrame_isReadAsFarAsItGoes();
+    void cloud_shortFrame_omitsMissingCharacters_data();
+    void cloud_shortFrame_omitsMissingCharacters();
     void wind_frame_givesNineValues();
     void wind_decimalCodedByte_readsItsDigits();
     void wind_otherLength_emitsNothing();
@@ -28,7 +28,7 @@ private Q_SLOTS:
     void temperature_otherLength_emitsNothing();
 };
 
-void tst_convertdata::metaObject_members_standInTheirOrder()
+void tst_convertdata::metaObject_members_areInDeclaredOrder()
 {
     const QByteArrayList expected{"crc16result(QByteArray)",
         "readyToShowWindSpeed(int,double,double,double)",
@@ -53,12 +53,12 @@ void tst_convertdata::cloud_frame_givesHeightsAndChannel_data()
     row("second layer clear", "H012340000\r", "1234", "5000", "0");
     row("both layers 3000", "H130003000\r", "5000", "5000", "1");
     row("first layer clear", "H000000100\r", "5000", "0100", "0");
-    row("5000 passed on", "H050005000\r", "5000", "5000", "0");
+    row("5000 unchanged", "H050005000\r", "5000", "5000", "0");
     row("no flash", "H077777777\r", "7777", "7777", "0");
     row("not ready", "H088888888\r", "8888", "8888", "0");
     row("data error", "H099999999\r", "9999", "9999", "0");
     row("corrupted digit", "H01x341200\r", "1x34", "1200", "0");
-    row("strange channel", "H712341200\r", "1234", "1200", "7");
+    row("unknown channel", "H712341200\r", "1234", "1200", "7");
     row("last byte ignored", "H012341200X", "1234", "1200", "0");
     row("byte above 127 is one character",
         "H0\xe9"
@@ -96,7 +96,7 @@ void tst_convertdata::cloud_frame_emitsHeightsBeforeChannel()
     QCOMPARE(order, QStringList({QStringLiteral("heights"), QStringLiteral("channel")}));
 }
 
-void tst_convertdata::cloud_shortFrame_isReadAsFarAsItGoes_data()
+void tst_convertdata::cloud_shortFrame_omitsMissingCharacters_data()
 {
     QTest::addColumn<QByteArray>("frame");
     QTest::addColumn<QVariantList>("heights");
@@ -112,7 +112,7 @@ void tst_convertdata::cloud_shortFrame_isReadAsFarAsItGoes_data()
         << QVariantList{QStringLiteral("1234"), QStringLiteral("567")} << QStringLiteral("1");
 }
 
-void tst_convertdata::cloud_shortFrame_isReadAsFarAsItGoes()
+void tst_convertdata::cloud_shortFrame_omitsMissingCharacters()
 {
     QFETCH(QByteArray, frame);
     QFETCH(QVariantList, heights);
@@ -187,7 +187,7 @@ void tst_convertdata::temperature_frame_givesValue_data()
     QTest::newRow("25") << QByteArray::fromHex("000041c8") << 25.0;
     // -10.5 = -1.3125 * 2^3: exponent 130, mantissa 0x280000, so 0xC1280000.
     QTest::newRow("-10.5") << QByteArray::fromHex("0000c128") << -10.5;
-    // 0.1f = 0x3DCCCCCD: both words count.
+    // 0.1f = 0x3DCCCCCD: both words are used.
     QTest::newRow("0.1") << QByteArray::fromHex("cccd3dcc") << double{0.1F};
     QTest::newRow("-40.25") << QByteArray::fromHex("0000c221") << -40.25;
     QTest::newRow("1") << QByteArray::fromHex("00003f80") << 1.0;
@@ -207,7 +207,7 @@ void tst_convertdata::temperature_frame_givesValue()
     parser.parseTempData(QByteArray::fromHex("0bffff") + words + QByteArray::fromHex("ffff"));
     QCOMPARE(temperatures.count(), 1);
     QCOMPARE(temperatures.first().at(0).toInt(), 11);
-    // Exact: QCOMPARE on doubles would call 2^-127 and 0 the same.
+    // Exact comparison: QCOMPARE treats 2^-127 and 0 as equal.
     QVERIFY(temperatures.first().at(1).toDouble() == degrees);
 }
 

@@ -17,7 +17,7 @@ void tst_crc16::crc_knownMessages_data()
     QTest::addColumn<QByteArray>("message");
     QTest::addColumn<quint16>("crc");
     QTest::newRow("no bytes") << QByteArray() << quint16{0xFFFF};
-    // The check value that catalogues of CRCs give for CRC-16/MODBUS.
+    // The check value of CRC-16/MODBUS in CRC catalogues.
     QTest::newRow("123456789") << QByteArrayLiteral("123456789") << quint16{0x4B37};
     QTest::newRow("request") << QByteArray::fromHex("3A00410000") << quint16{0x11AC};
     QTest::newRow("request with heater") << QByteArray::fromHex("3A00410100") << quint16{0x81AD};

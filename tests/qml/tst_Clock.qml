@@ -326,7 +326,7 @@ Rectangle {
             tryCompare(clock, "seconds", 4);
         }
 
-        // The toolkit 6.8 sets a narrow blank before the last word.
+        // Qt 6.8 sets a narrow no-break space before the last word.
         function plain(text) {
             return text.replace(/\s/g, " ");
         }

@@ -222,7 +222,7 @@ Item {
             verify(settled([clocks()[12], "hourHand"], 15 * 30 + 22.5));
         }
 
-        // The toolkit 6.8 sets a narrow blank before the last word.
+        // Qt 6.8 sets a narrow no-break space before the last word.
         function plain(text) {
             return text.replace(/\s/g, " ");
         }

@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Effects
 import QtTest
 
-// Holds for our stand-in and for the toolkit's own effect alike.
+// Valid for the replacement and for Qt's effect.
 Item {
     id: root
 
@@ -203,7 +203,7 @@ Item {
         function test_lightShadow_onLightGround_isSeen(row) {
             const effect = makeEffect(row.tag);
             if (String(effect).startsWith("QQuickMultiEffect"))
-                skip("the toolkit 6.8 draws such a shadow in its colour, and no rim is left");
+                skip("Qt 6.8 draws such a shadow in its colour, without a rim");
             effect.shadowEnabled = true;
             effect.shadowBlur = 0.8;
             effect.shadowColor = "#eeeeee";

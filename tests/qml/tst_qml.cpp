@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Runs the documents' tests on the program's own object graph, with a settings store of their own.
+// Runs the tests of the QML documents with the objects of the program and a separate settings
+// store.
 #include "mainbackend.h"
 #include "settings.h"
 #include "settingskeys.h"
@@ -17,9 +18,8 @@
 
 #include <memory>
 
-// What the tests see of the world outside the documents: the debug log, the settings store, the
-// addresses that were to be opened in other programs and the wishes to quit. Published as
-// "testLog".
+// Gives tests access to the debug log, the settings store, the URLs opened in other programs and
+// the number of quit requests. Available in the tests as "testLog".
 class TestLog : public QObject
 {
     Q_OBJECT
@@ -28,7 +28,7 @@ public:
     TestLog()
     {
         s_current = this;
-        listen();
+        installHandler();
         for (const QString &scheme : schemes()) {
             QDesktopServices::setUrlHandler(scheme, this, "openUrl");
         }
@@ -49,7 +49,7 @@ public:
         return m_lines;
     }
 
-    // Warnings and worse since the last clear().
+    // Warnings and errors since the last clear().
     Q_INVOKABLE QStringList warnings() const
     {
         const QMutexLocker lock(&m_mutex);
@@ -58,13 +58,13 @@ public:
 
     Q_INVOKABLE QStringList openedUrls() const { return m_openedUrls; }
 
-    // How often a document wanted the program to end since the last clear().
+    // The number of quit requests since the last clear().
     Q_INVOKABLE int quits() const { return m_quits; }
 
-    // At the start of each test.
+    // Called at the start of each test.
     Q_INVOKABLE void clear()
     {
-        listen();
+        installHandler();
         const QMutexLocker lock(&m_mutex);
         m_lines.clear();
         m_warnings.clear();
@@ -72,7 +72,7 @@ public:
         m_quits = 0;
     }
 
-    // Empty also while nothing is stored; isStored() tells the two apart.
+    // Returns an empty text if the key does not exist; see isStored().
     Q_INVOKABLE QString storedText(const QString &key) const
     {
         return ork2::settingsStore().value(key).toString();
@@ -108,8 +108,8 @@ private:
             QStringLiteral("mailto"), QStringLiteral("tel")};
     }
 
-    // The test framework puts its own handler in front of this one when the first test starts.
-    void listen()
+    // The test framework installs its own handler when the first test starts.
+    void installHandler()
     {
         const QtMessageHandler before = qInstallMessageHandler(keep);
         if (before != keep) {

@@ -3,7 +3,7 @@
 
 #include "datalogger.h"
 
-// What the file writer keeps to itself, for tests.
+// Gives tests access to private members of the file writer.
 class DataloggerProbe
 {
 public:
@@ -11,7 +11,7 @@ public:
         : m_writer(writer)
     { }
 
-    // Nothing while no upload is running.
+    // Null while no upload is running.
     [[nodiscard]] QThread *uploadThread() const { return m_writer.m_uploads.m_thread; }
     [[nodiscard]] databasesql *uploader() const { return m_writer.m_uploads.m_uploader; }
     [[nodiscard]] qsizetype waitingRows() const { return m_writer.m_uploads.m_waitingRows.size(); }

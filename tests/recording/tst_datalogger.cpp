@@ -49,9 +49,9 @@ class tst_datalogger : public QObject
 
 private Q_SLOTS:
     void init();
-    void metaObject_members_standInTheirOrder();
-    void firstReading_ofADay_makesFolderHeaderAndRecord();
-    void severalReadings_append_byteForByte();
+    void metaObject_members_areInDeclaredOrder();
+    void firstReading_ofDay_createsFolderHeaderAndRecord();
+    void severalReadings_areAppended_byteForByte();
     void noValue_bothLayers_areDashes();
     void channel_names_data();
     void channel_names();
@@ -62,30 +62,30 @@ private Q_SLOTS:
     void silentInstrument_writesNothing_data();
     void silentInstrument_writesNothing();
     void silentInstrument_newDay_leavesHeaderOnly();
-    void measurementStarts_nothingIsWrittenBeforeItsReading();
-    void pipe_asDayFile_isRefusedAtOnce();
-    void unitZero_makesNoFolder();
+    void measurementStart_firstReading_isAwaited();
+    void pipe_asDayFile_isRefused();
+    void unitZero_createsNoFolder();
     void unitZero_existingFolder_getsRecordWithoutHeader();
-    void unitText_isZero();
-    void unit_isReadOnce();
+    void unitNumber_notANumber_isZero();
+    void unitNumber_isReadOnce();
     void midnight_startsNewFile();
-    void unwritableFolder_tells_andTriesAgain();
-    void folderRemoved_whileRunning_isMadeAnew();
+    void unwritableFolder_isReported_andRetried();
+    void folderRemoved_whileRunning_isCreatedAgain();
     void emptyFile_getsHeader();
-    void line_isBroughtToTheDisk();
-    void line_refusedByTheDisk_isTold();
-    void fullDisk_leavesWholeLines();
+    void line_written_isFlushedToDisk();
+    void line_flushFails_isReported();
+    void fullDisk_leavesCompleteLines();
     void fullDisk_newDay_leavesNoFile();
-    void headerTemplate_isLookedFor();
-    void dbLog_isPassedOn();
+    void headerTemplate_isChecked();
+    void dbLog_isForwarded();
     void uploadRow_hasDateTimeUnitAndFields();
     void uploadRow_oddLines_data();
     void uploadRow_oddLines();
-    void noFlag_noUpload();
-    void sensors_neverHeard_holdTheirMarks();
-    void sensors_eachSlot_storesItsPlaceOnly_data();
-    void sensors_eachSlot_storesItsPlaceOnly();
-    void sensors_strangers_areIgnored();
+    void uploadFlag_notSet_startsNoUpload();
+    void sensors_nothingReceived_haveInitialValues();
+    void sensors_eachSlot_setsOnlyItsValues_data();
+    void sensors_eachSlot_setsOnlyItsValues();
+    void sensors_unknownAddresses_areIgnored();
     void sensors_areNotWritten();
 
 private:
@@ -110,7 +110,7 @@ QString tst_datalogger::dayFile(int unit, const QString &date) const
     return m_base->filePath(QStringLiteral("Data/ORK-2 N%1/%2.txt").arg(unit).arg(date));
 }
 
-void tst_datalogger::metaObject_members_standInTheirOrder()
+void tst_datalogger::metaObject_members_areInDeclaredOrder()
 {
     const QMetaObject &meta = datalogger::staticMetaObject;
     const QByteArrayList methods = methodSignatures(meta);
@@ -124,7 +124,7 @@ void tst_datalogger::metaObject_members_standInTheirOrder()
             "dbLog(QString)", "arrayToQVList(QByteArray)"}));
 }
 
-void tst_datalogger::firstReading_ofADay_makesFolderHeaderAndRecord()
+void tst_datalogger::firstReading_ofDay_createsFolderHeaderAndRecord()
 {
     datalogger writer;
     QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
@@ -136,7 +136,7 @@ void tst_datalogger::firstReading_ofADay_makesFolderHeaderAndRecord()
     QVERIFY(log.lines().contains(QStringLiteral("New file was create with header")));
 }
 
-void tst_datalogger::severalReadings_append_byteForByte()
+void tst_datalogger::severalReadings_areAppended_byteForByte()
 {
     datalogger writer;
     LogCapture log;
@@ -144,7 +144,7 @@ void tst_datalogger::severalReadings_append_byteForByte()
     writer.DateTimeRecieve(kDate, kTime);
     writer.DataCloudChanel(QStringLiteral("1"));
     writer.DateTimeRecieve(kDate, QStringLiteral("12:35:00"));
-    datalogger restarted; // a new run of the program goes on in the same file
+    datalogger restarted; // after a restart, the program continues in the same file
     restarted.DataCloudRecieved(QStringLiteral("7777"), QStringLiteral("7777"));
     restarted.DateTimeRecieve(kDate, QStringLiteral("12:36:00"));
     QCOMPARE(contents(dayFile()),
@@ -172,7 +172,7 @@ void tst_datalogger::channel_names_data()
     QTest::addColumn<QByteArray>("name");
     QTest::newRow("main") << QStringLiteral("0") << QByteArray("Основной");
     QTest::newRow("reserve") << QStringLiteral("1") << QByteArray("Резерв");
-    QTest::newRow("stranger") << QStringLiteral("7") << QByteArray("Резерв");
+    QTest::newRow("unknown") << QStringLiteral("7") << QByteArray("Резерв");
     QTest::newRow("none") << QString() << QByteArray("Резерв");
 }
 
@@ -189,13 +189,13 @@ void tst_datalogger::channel_names()
 
 void tst_datalogger::path_fromStore_decidesTheFolder_data()
 {
-    QTest::addColumn<QString>("namePath"); // %1: a fresh folder; null: not stored
-    QTest::addColumn<QString>("folder");   // empty: the program's own
+    QTest::addColumn<QString>("namePath"); // %1: a new folder; null: not stored
+    QTest::addColumn<QString>("folder");   // empty: the program folder
     QTest::newRow("not stored") << QString() << QString();
     QTest::newRow("mark") << QStringLiteral("!") << QString();
     QTest::newRow("text after the mark") << QStringLiteral("!/tmp") << QString();
     QTest::newRow("a folder") << QStringLiteral("%1/a") << QStringLiteral("%1/a");
-    QTest::newRow("Cyrillic and blanks")
+    QTest::newRow("Cyrillic and spaces")
         << QStringLiteral("%1/Данные метео станции") << QStringLiteral("%1/Данные метео станции");
     QTest::newRow("very long") << QStringLiteral("%1/") + QString(120, u'x') + u'/'
             + QString(120,
@@ -247,7 +247,7 @@ void tst_datalogger::silentInstrument_writesNothing_data()
 {
     QTest::addColumn<int>("silentSeconds");
     QTest::addColumn<bool>("written");
-    QTest::newRow("just answered") << 0 << true;
+    QTest::newRow("just received") << 0 << true;
     QTest::newRow("5 seconds") << 5 << true;
     QTest::newRow("6 seconds") << 6 << false;
     QTest::newRow("lost") << 31 << false;
@@ -277,7 +277,7 @@ void tst_datalogger::silentInstrument_newDay_leavesHeaderOnly()
     QCOMPARE(contents(dayFile()), header(17));
 }
 
-void tst_datalogger::measurementStarts_nothingIsWrittenBeforeItsReading()
+void tst_datalogger::measurementStart_firstReading_isAwaited()
 {
     datalogger writer;
     QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
@@ -296,13 +296,13 @@ void tst_datalogger::measurementStarts_nothingIsWrittenBeforeItsReading()
     QCOMPARE(lamp.constLast(), QVariantList{true});
 }
 
-void tst_datalogger::pipe_asDayFile_isRefusedAtOnce()
+void tst_datalogger::pipe_asDayFile_isRefused()
 {
 #ifndef Q_OS_UNIX
-    QSKIP("A pipe that looks like a file is made as Unix makes it");
+    QSKIP("Named pipes are files on Unix only");
 #else
     QVERIFY(QDir().mkpath(QFileInfo(dayFile()).path()));
-    // Nobody reads from it: who opens it waits until this test is out of time.
+    // There is no reader, so opening the pipe would block until the test times out.
     QCOMPARE(mkfifo(dayFile().toLocal8Bit().constData(), 0600), 0);
     datalogger writer;
     QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
@@ -313,7 +313,7 @@ void tst_datalogger::pipe_asDayFile_isRefusedAtOnce()
 #endif
 }
 
-void tst_datalogger::unitZero_makesNoFolder()
+void tst_datalogger::unitZero_createsNoFolder()
 {
     profile::store(ork2::kUnitNumber, QStringLiteral("0"));
     datalogger writer;
@@ -335,7 +335,7 @@ void tst_datalogger::unitZero_existingFolder_getsRecordWithoutHeader()
     QCOMPARE(contents(dayFile(0)), QByteArray("\r\n12:34:00\t\t\tОсновной"));
 }
 
-void tst_datalogger::unitText_isZero()
+void tst_datalogger::unitNumber_notANumber_isZero()
 {
     profile::store(ork2::kUnitNumber, QStringLiteral("семь"));
     datalogger writer;
@@ -345,7 +345,7 @@ void tst_datalogger::unitText_isZero()
     QCOMPARE(lamp, (QList<QVariantList>{{false}}));
 }
 
-void tst_datalogger::unit_isReadOnce()
+void tst_datalogger::unitNumber_isReadOnce()
 {
     datalogger writer;
     profile::store(ork2::kUnitNumber, QStringLiteral("18"));
@@ -367,9 +367,9 @@ void tst_datalogger::midnight_startsNewFile()
         header(17) + "\r\n00:00:00\t\t\tОсновной");
 }
 
-void tst_datalogger::unwritableFolder_tells_andTriesAgain()
+void tst_datalogger::unwritableFolder_isReported_andRetried()
 {
-    // A file where the folder should be stops root, too.
+    // A file in place of the folder prevents writing even for root.
     QFile obstacle(m_base->filePath(QStringLiteral("Data")));
     QVERIFY(obstacle.open(QIODevice::WriteOnly));
     obstacle.close();
@@ -383,7 +383,7 @@ void tst_datalogger::unwritableFolder_tells_andTriesAgain()
     QCOMPARE(lamp.takeFirst(), QVariantList{true});
 }
 
-void tst_datalogger::folderRemoved_whileRunning_isMadeAnew()
+void tst_datalogger::folderRemoved_whileRunning_isCreatedAgain()
 {
     datalogger writer;
     LogCapture log;
@@ -399,25 +399,25 @@ void tst_datalogger::folderRemoved_whileRunning_isMadeAnew()
 namespace {
 
 QMutex g_syncLock;
-QString g_synced; // what the program last brought to the disk
-std::atomic<bool> g_diskRefuses = false;
+QString g_synced; // the file that was last synced
+std::atomic<bool> g_syncFails = false;
 
 } // namespace
 
-// In front of the system's own.
+// Replaces the function of the system.
 extern "C" int fsync(int descriptor)
 {
     const QMutexLocker lock(&g_syncLock);
     g_synced = QFileInfo(QStringLiteral("/proc/self/fd/%1").arg(descriptor)).symLinkTarget();
     errno = EIO;
-    return g_diskRefuses ? -1 : 0;
+    return g_syncFails ? -1 : 0;
 }
 #endif
 
-void tst_datalogger::line_isBroughtToTheDisk()
+void tst_datalogger::line_written_isFlushedToDisk()
 {
 #ifndef Q_OS_LINUX
-    QSKIP("Which file is synced can be seen on Linux only");
+    QSKIP("The synced file can be determined on Linux only");
 #else
     datalogger writer;
     LogCapture log;
@@ -430,18 +430,18 @@ void tst_datalogger::line_isBroughtToTheDisk()
 #endif
 }
 
-void tst_datalogger::line_refusedByTheDisk_isTold()
+void tst_datalogger::line_flushFails_isReported()
 {
 #ifndef Q_OS_LINUX
-    QSKIP("What the disk answers can be played on Linux only");
+    QSKIP("Disk errors can be simulated on Linux only");
 #else
     datalogger writer;
     QSignalSpy lamp(&writer, &datalogger::dataLedStatus);
     LogCapture log;
-    g_diskRefuses = true;
+    g_syncFails = true;
     writer.DateTimeRecieve(kDate, kTime);
     QTRY_COMPARE(lamp, (QList<QVariantList>{{true}, {false}}));
-    g_diskRefuses = false;
+    g_syncFails = false;
     QVERIFY(log.lines().contains(
         QStringLiteral("File wasn't written:  \"%1\"").arg(qt_error_string(EIO))));
 #endif
@@ -460,7 +460,7 @@ void tst_datalogger::emptyFile_getsHeader()
 #ifdef Q_OS_UNIX
 namespace {
 
-// No file may grow beyond this many bytes while it lives: to a writer, a full disk.
+// Limits the file size during its lifetime, which has the same effect as a full disk.
 class FullDisk
 {
 public:
@@ -482,10 +482,10 @@ private:
 } // namespace
 #endif
 
-void tst_datalogger::fullDisk_leavesWholeLines()
+void tst_datalogger::fullDisk_leavesCompleteLines()
 {
 #ifndef Q_OS_UNIX
-    QSKIP("A full disk is played with a resource limit, which only Unix has");
+    QSKIP("A full disk can be simulated on Unix only");
 #else
     datalogger writer;
     LogCapture log;
@@ -507,7 +507,7 @@ void tst_datalogger::fullDisk_leavesWholeLines()
 void tst_datalogger::fullDisk_newDay_leavesNoFile()
 {
 #ifndef Q_OS_UNIX
-    QSKIP("A full disk is played with a resource limit, which only Unix has");
+    QSKIP("A full disk can be simulated on Unix only");
 #else
     datalogger writer;
     LogCapture log;
@@ -523,12 +523,12 @@ void tst_datalogger::fullDisk_newDay_leavesNoFile()
 #endif
 }
 
-void tst_datalogger::headerTemplate_isLookedFor()
+void tst_datalogger::headerTemplate_isChecked()
 {
     const QString folder = QCoreApplication::applicationDirPath() + QStringLiteral("/Data");
     QVERIFY(QDir().mkpath(folder));
     const QString path = folder + QStringLiteral("/Header.txt");
-    QFile::remove(path); // of a run that was cut off
+    QFile::remove(path); // left by an aborted run
     datalogger writer;
     {
         LogCapture log;
@@ -543,7 +543,7 @@ void tst_datalogger::headerTemplate_isLookedFor()
     }
     QVERIFY(QDir().rmdir(path));
 #ifdef Q_OS_UNIX
-    // Nobody writes to it: who opens it waits until this test is out of time.
+    // There is no writer, so opening the pipe would block until the test times out.
     QCOMPARE(mkfifo(path.toLocal8Bit().constData(), 0600), 0);
     {
         LogCapture log;
@@ -562,7 +562,7 @@ void tst_datalogger::headerTemplate_isLookedFor()
     file.remove();
 }
 
-void tst_datalogger::dbLog_isPassedOn()
+void tst_datalogger::dbLog_isForwarded()
 {
     datalogger writer;
     QSignalSpy log(&writer, &datalogger::debugLog);
@@ -578,7 +578,7 @@ void tst_datalogger::uploadRow_hasDateTimeUnitAndFields()
     const QVariantList expected{QStringLiteral("2026-11-15"), QByteArray("12:34:00"), 17,
         QByteArray("1234"), QByteArray("----"), QByteArray("Резерв")};
     QCOMPARE(writer.arrayToQVList("\r\n12:34:00\t1234\t----\tРезерв"), expected);
-    // The stored date has its slashes back: the next line goes to the same file.
+    // The stored date still contains slashes, so the next line is written to the same file.
     writer.SendStringToFile();
     QCOMPARE(contents(dayFile()).count("\r\n12:34:00"), 2);
 }
@@ -590,15 +590,15 @@ void tst_datalogger::uploadRow_oddLines_data()
     const QString date = QStringLiteral("2026-11-15");
     QTest::newRow("nothing") << QByteArray() << QVariantList{date, QByteArray(), 17};
     QTest::newRow("line break only") << QByteArray("\r\n") << QVariantList{date, QByteArray(), 17};
-    QTest::newRow("no line break in front") << QByteArray(
+    QTest::newRow("no leading line break") << QByteArray(
         "12:34:00\t1") << QVariantList{date, QByteArray("12:34:00"), 17, QByteArray("1")};
-    QTest::newRow("only the first line break goes")
+    QTest::newRow("only the first line break is removed")
         << QByteArray("\r\n\r\na") << QVariantList{date, QByteArray("\r\na"), 17};
-    QTest::newRow("carriage return alone stays")
+    QTest::newRow("carriage return alone is kept")
         << QByteArray("\ra") << QVariantList{date, QByteArray("\ra"), 17};
     QTest::newRow("empty fields") << QByteArray(
         "\r\n\t\t") << QVariantList{date, QByteArray(), 17, QByteArray(), QByteArray()};
-    QTest::newRow("zero byte and no UTF-8") << QByteArray(
+    QTest::newRow("zero byte and invalid UTF-8") << QByteArray(
         "a\0b\t\xff", 5) << QVariantList{date, QByteArray("a\0b", 3), 17, QByteArray("\xff")};
 }
 
@@ -612,7 +612,7 @@ void tst_datalogger::uploadRow_oddLines()
     QCOMPARE(writer.arrayToQVList(line), row);
 }
 
-void tst_datalogger::noFlag_noUpload()
+void tst_datalogger::uploadFlag_notSet_startsNoUpload()
 {
     datalogger writer;
     LogCapture log;
@@ -629,34 +629,34 @@ void tst_datalogger::noFlag_noUpload()
 
 namespace {
 
-QList<double> neverHeard()
+QList<double> nothingReceived()
 {
     return QList<double>(10, -5005.0) + QList<double>(10, -5006.0) + QList<double>(10, -5007.0);
 }
 
 } // namespace
 
-void tst_datalogger::sensors_neverHeard_holdTheirMarks()
+void tst_datalogger::sensors_nothingReceived_haveInitialValues()
 {
-    QCOMPARE(DataloggerProbe(datalogger()).sensorValues(), neverHeard());
+    QCOMPARE(DataloggerProbe(datalogger()).sensorValues(), nothingReceived());
 }
 
-void tst_datalogger::sensors_eachSlot_storesItsPlaceOnly_data()
+void tst_datalogger::sensors_eachSlot_setsOnlyItsValues_data()
 {
     QTest::addColumn<int>("address");
-    QTest::addColumn<int>("block"); // where the block of ten begins
+    QTest::addColumn<int>("block"); // index of the first of its ten values
     QTest::newRow("first") << 1 << 0;
     QTest::newRow("second") << 2 << 10;
     QTest::newRow("third") << 3 << 20;
 }
 
-void tst_datalogger::sensors_eachSlot_storesItsPlaceOnly()
+void tst_datalogger::sensors_eachSlot_setsOnlyItsValues()
 {
     QFETCH(int, address);
     QFETCH(int, block);
     datalogger writer;
     const DataloggerProbe probe(writer);
-    QList<double> expected = neverHeard();
+    QList<double> expected = nothingReceived();
     const auto expect = [&expected, block](
                             int place, double value) { expected[block + place] = value; };
     writer.DataWindSpeedRecieved(address, 1.5, 2.5, 3.5);
@@ -677,14 +677,14 @@ void tst_datalogger::sensors_eachSlot_storesItsPlaceOnly()
     writer.DataTempRecieved(address + 10, -40.25);
     expect(9, -40.25);
     QCOMPARE(probe.sensorValues(), expected);
-    writer.DataWindSpeedRecieved(address, 0, 0, 0); // the latest counts
+    writer.DataWindSpeedRecieved(address, 0, 0, 0); // replaces the values
     expect(0, 0);
     expect(1, 0);
     expect(2, 0);
     QCOMPARE(probe.sensorValues(), expected);
 }
 
-void tst_datalogger::sensors_strangers_areIgnored()
+void tst_datalogger::sensors_unknownAddresses_areIgnored()
 {
     datalogger writer;
     for (const int address : {0, 4, 10, 11, 12, 13, 14, -1, 255, INT_MIN + 10, INT_MAX}) {
@@ -695,7 +695,7 @@ void tst_datalogger::sensors_strangers_areIgnored()
     for (const int address : {0, 1, 2, 3, 10, 14, -1, 255, INT_MIN, INT_MIN + 10, INT_MAX}) {
         writer.DataTempRecieved(address, 1);
     }
-    QCOMPARE(DataloggerProbe(writer).sensorValues(), neverHeard());
+    QCOMPARE(DataloggerProbe(writer).sensorValues(), nothingReceived());
 }
 
 void tst_datalogger::sensors_areNotWritten()

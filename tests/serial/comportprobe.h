@@ -3,7 +3,7 @@
 
 #include "comport.h"
 
-// What the serial worker keeps to itself, for tests.
+// Gives tests access to private members of the serial worker.
 class ComPortProbe
 {
 public:

@@ -3,8 +3,8 @@
 
 #include <QtGlobal>
 
-// Replaces the system's ioctl in the program that includes it, so that an open port can be made to
-// fail when it is asked for its signals, as a disturbed adapter does.
+// Replaces ioctl() in the program that includes this file, so that querying the signals of an open
+// port can be made to fail, as with a malfunctioning adapter.
 #ifdef Q_OS_LINUX
 #include <atomic>
 #include <cerrno>

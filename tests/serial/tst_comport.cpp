@@ -7,10 +7,10 @@
 #include "frames.h"
 #include "logcapture.h"
 #include "metamembers.h"
-#include "patience.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QDeadlineTimer>
 #include <QMetaMethod>
@@ -38,64 +38,64 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void metaObject_members_standInTheirOrder();
+    void metaObject_members_areInDeclaredOrder();
     void construction_boundsTheReadBuffer_andResetsCounter();
 
-    void connect_goodPort_tellsAndConfigures();
-    void connect_missingPort_tellsPortsOwnText();
-    void connect_noTerminal_tellsPortsOwnText();
-    void connect_setterFails_closesAndTells();
+    void connect_goodPort_configuresAndReports();
+    void connect_missingPort_reportsErrorString();
+    void connect_noTerminal_reportsErrorString();
+    void connect_setterFails_closesAndReports();
     void disconnect_closedPort_isSilent();
-    void disconnect_openPort_tells();
-    void portSearchSettings_anyParity_configureNone();
+    void disconnect_openPort_reports();
+    void portSearchSettings_anyParity_configureNoParity();
 
-    void frame_oneWrite_isPassedOn();
-    void frame_isToldInOrder_andThenCounts();
+    void frame_oneWrite_isEmitted();
+    void frame_received_emitsInOrderThenResetsCounter();
     void frame_status_showsEachByte();
     void frame_resetsReplyCounter();
-    void frame_byteByByte_isPassedOn();
-    void frame_twoPieces_isNotReadBeforeItIsWhole();
-    void frame_wrongStart_isNeverPassedOn();
-    void frame_lastByteIsNotTested();
-    void frame_digitDamagedToStart_isOneFrame();
+    void frame_byteByByte_isEmitted();
+    void frame_twoPieces_isReadWhenComplete();
+    void frame_wrongStart_isNotEmitted();
+    void frame_lastByte_isNotChecked();
+    void frame_digitCorruptedToStart_isOneFrame();
     void twoFrames_atFirstReadEvent_doNotStall();
-    void burst_of2000_allComeOut();
-    void burst_throughWorkerThread_allComeOut();
+    void burst_of2000Frames_isReceivedCompletely();
+    void burst_throughWorkerThread_isReceivedCompletely();
 
-    void misses_everyTwelve_giveOneLamp();
-    void misses_frameBetween_startAnew();
+    void misses_everyTwelve_switchLampOff();
+    void misses_frameBetween_restartTheCount();
     void misses_beforeStop_doNotCountAfterStart();
 
-    void fault_wholeFrames_goOnWithin15_data();
-    void fault_wholeFrames_goOnWithin15();
-    void fault_stopAndStart_cures_data();
-    void fault_stopAndStart_cures();
-    void noise_wholeFrames_goOnWithin15_data();
-    void noise_wholeFrames_goOnWithin15();
+    void fault_wholeFrames_recoversWithin15_data();
+    void fault_wholeFrames_recoversWithin15();
+    void fault_stopAndStart_recovers_data();
+    void fault_stopAndStart_recovers();
+    void noise_wholeFrames_recoversWithin15_data();
+    void noise_wholeFrames_recoversWithin15();
     void misalignedCarriageReturn_isDiscarded();
-    void unplugging_tellsErrorAndClosed();
-    void adapterThatDoesNotAnswer_staysOpen();
+    void unplugging_reportsErrorAndClosed();
+    void adapter_signalsFail_staysOpen();
     void otherErrors_areIgnored();
 
     void request_isSentByteForByte_data();
     void request_isSentByteForByte();
-    void request_openPort_withoutPendingReply_tells();
-    void request_setPoint_changesNothing();
+    void request_withoutPendingReply_isReported();
+    void request_heaterSetPoint_isIgnored();
     void sending_closedPort_isHarmless();
     void crc_asText_data();
     void crc_asText();
-    void legacyCommand_losesItsPlaceholdersAndGetsCrc_data();
-    void legacyCommand_losesItsPlaceholdersAndGetsCrc();
-    void legacyRead_tellsText();
+    void legacyCommand_placeholders_areReplacedByCrc_data();
+    void legacyCommand_placeholders_areReplacedByCrc();
+    void legacyRead_emitsText();
     void entry_and_destruction_areLogged();
 
 private:
     void connectPort();
-    // Sends a good frame; whether it comes out.
-    [[nodiscard]] bool goodFrameComesOut();
-    // Sends good frames one by one; whether one of 15 comes out.
-    [[nodiscard]] bool oneOf15FramesComesOut();
-    [[nodiscard]] bool frameComesOut(int patienceMs);
+    // Sends a good frame. Returns whether it is received.
+    [[nodiscard]] bool goodFrameIsReceived();
+    // Sends up to 15 good frames one by one. Returns whether one of them is received.
+    [[nodiscard]] bool oneOf15FramesIsReceived();
+    [[nodiscard]] bool frameIsReceived(int timeoutMs);
     void send(const QByteArray &bytes);
 
     ork2::PseudoTerminal m_line;
@@ -135,23 +135,23 @@ void tst_comport::send(const QByteArray &bytes)
     QCOMPARE(m_line.write(bytes), bytes.size());
 }
 
-bool tst_comport::goodFrameComesOut()
+bool tst_comport::goodFrameIsReceived()
 {
-    return frameComesOut(kPatienceMs);
+    return frameIsReceived(kTimeoutMs);
 }
 
-bool tst_comport::oneOf15FramesComesOut()
+bool tst_comport::oneOf15FramesIsReceived()
 {
-    constexpr int kMostlyLongEnoughMs = 40;
+    constexpr int kTypicalDelayMs = 40;
     for (int sent = 1; sent < 15; ++sent) {
-        if (frameComesOut(kMostlyLongEnoughMs)) {
+        if (frameIsReceived(kTypicalDelayMs)) {
             return true;
         }
     }
-    return frameComesOut(kPatienceMs);
+    return frameIsReceived(kTimeoutMs);
 }
 
-bool tst_comport::frameComesOut(int patienceMs)
+bool tst_comport::frameIsReceived(int timeoutMs)
 {
     m_frames->clear();
     send(kGood);
@@ -159,10 +159,10 @@ bool tst_comport::frameComesOut(int patienceMs)
         [this] {
             return !m_frames->isEmpty() && m_frames->constLast().first().toByteArray() == kGood;
         },
-        patienceMs);
+        timeoutMs);
 }
 
-void tst_comport::metaObject_members_standInTheirOrder()
+void tst_comport::metaObject_members_areInDeclaredOrder()
 {
     const QByteArrayList expected{"finished_Port()", "error_(QString)", "outPort(QString)",
         "ComPortAnswer(int,int,QString,QString,QString)", "SendADCData(double,int16_t)",
@@ -191,7 +191,7 @@ void tst_comport::construction_boundsTheReadBuffer_andResetsCounter()
     QCOMPARE(noReplyCounter.loadRelaxed(), 0);
 }
 
-void tst_comport::connect_goodPort_tellsAndConfigures()
+void tst_comport::connect_goodPort_configuresAndReports()
 {
     m_port->Write_Settings_Port(m_line.path(), 9600, 8, 0, 1, 0);
     QVERIFY(!m_port->port().isOpen());
@@ -210,7 +210,7 @@ void tst_comport::connect_goodPort_tellsAndConfigures()
 #endif
 }
 
-void tst_comport::connect_missingPort_tellsPortsOwnText()
+void tst_comport::connect_missingPort_reportsErrorString()
 {
     m_port->Write_Settings_Port(QStringLiteral("/dev/no-such-port"), 9600, 8, 0, 1, 0);
     m_port->ConnectPort();
@@ -220,11 +220,11 @@ void tst_comport::connect_missingPort_tellsPortsOwnText()
     QVERIFY(!same.open(QIODevice::ReadWrite));
     QCOMPARE(m_texts->first().first().toString(), same.errorString());
     QVERIFY(!m_port->port().isOpen());
-    // The hint about the group comes only once the port is open.
+    // The hint about the group is only logged if the port is open.
     QVERIFY(m_log->lines().filter(QStringLiteral("dialout")).isEmpty());
 }
 
-void tst_comport::connect_noTerminal_tellsPortsOwnText()
+void tst_comport::connect_noTerminal_reportsErrorString()
 {
     QTemporaryFile file;
     QVERIFY(file.open());
@@ -235,7 +235,7 @@ void tst_comport::connect_noTerminal_tellsPortsOwnText()
     QVERIFY(!m_port->port().isOpen());
 }
 
-void tst_comport::connect_setterFails_closesAndTells()
+void tst_comport::connect_setterFails_closesAndReports()
 {
     m_port->Write_Settings_Port(m_line.path(), -1, 8, 0, 1, 0);
     m_port->ConnectPort();
@@ -253,7 +253,7 @@ void tst_comport::disconnect_closedPort_isSilent()
     QCOMPARE(m_texts->count(), 0);
 }
 
-void tst_comport::disconnect_openPort_tells()
+void tst_comport::disconnect_openPort_reports()
 {
     connectPort();
     m_port->DisconnectPort();
@@ -262,7 +262,7 @@ void tst_comport::disconnect_openPort_tells()
     QVERIFY(!m_port->port().isOpen());
 }
 
-void tst_comport::portSearchSettings_anyParity_configureNone()
+void tst_comport::portSearchSettings_anyParity_configureNoParity()
 {
     connectPort();
     m_port->ComPortSettings(19200, QSerialPort::EvenParity, QStringLiteral("ttyUSB9"));
@@ -275,7 +275,7 @@ void tst_comport::portSearchSettings_anyParity_configureNone()
     QCOMPARE(m_port->port().flowControl(), QSerialPort::NoFlowControl);
 }
 
-void tst_comport::frame_isToldInOrder_andThenCounts()
+void tst_comport::frame_received_emitsInOrderThenResetsCounter()
 {
     connectPort();
     noReplyCounter.storeRelaxed(5);
@@ -297,7 +297,7 @@ void tst_comport::frame_isToldInOrder_andThenCounts()
             QStringLiteral("connectLED, counter 5")}));
 }
 
-void tst_comport::frame_oneWrite_isPassedOn()
+void tst_comport::frame_oneWrite_isEmitted()
 {
     connectPort();
     QSignalSpy replies(m_port.get(), &ComPort::SendRes);
@@ -327,7 +327,7 @@ void tst_comport::frame_resetsReplyCounter()
     QTRY_COMPARE(noReplyCounter.loadRelaxed(), 0);
 }
 
-void tst_comport::frame_byteByByte_isPassedOn()
+void tst_comport::frame_byteByByte_isEmitted()
 {
     connectPort();
     for (int frame = 0; frame < 3; ++frame) {
@@ -343,7 +343,7 @@ void tst_comport::frame_byteByByte_isPassedOn()
     QVERIFY(!m_lamp->contains(QVariantList{false}));
 }
 
-void tst_comport::frame_twoPieces_isNotReadBeforeItIsWhole()
+void tst_comport::frame_twoPieces_isReadWhenComplete()
 {
     connectPort();
     send(kGood.left(5));
@@ -353,7 +353,7 @@ void tst_comport::frame_twoPieces_isNotReadBeforeItIsWhole()
     QTRY_COMPARE(*m_frames, (QList<QVariantList>{{kGood}}));
 }
 
-void tst_comport::frame_wrongStart_isNeverPassedOn()
+void tst_comport::frame_wrongStart_isNotEmitted()
 {
     connectPort();
     QSignalSpy events(&m_port->port(), &QIODevice::readyRead);
@@ -363,15 +363,16 @@ void tst_comport::frame_wrongStart_isNeverPassedOn()
     QCOMPARE(m_frames->count(), 0);
 }
 
-void tst_comport::frame_lastByteIsNotTested()
+void tst_comport::frame_lastByte_isNotChecked()
 {
     connectPort();
     send(QByteArrayLiteral("H112342345X"));
     QTRY_COMPARE(m_frames->count(), 1);
 }
 
-// Kept as the next frame's beginning, it would become a false frame with that one's first bytes.
-void tst_comport::frame_digitDamagedToStart_isOneFrame()
+// If the digit were kept as a frame start, it would form a false frame with the start of the next
+// one.
+void tst_comport::frame_digitCorruptedToStart_isOneFrame()
 {
     connectPort();
     const QByteArray damaged = QByteArrayLiteral("H1123H2345\r");
@@ -388,7 +389,7 @@ void tst_comport::twoFrames_atFirstReadEvent_doNotStall()
     QTRY_COMPARE(*m_frames, (QList<QVariantList>{{frameNumber(1)}, {frameNumber(2)}}));
 }
 
-void tst_comport::burst_of2000_allComeOut()
+void tst_comport::burst_of2000Frames_isReceivedCompletely()
 {
     connectPort();
     QByteArray burst;
@@ -398,13 +399,13 @@ void tst_comport::burst_of2000_allComeOut()
     qsizetype sent = 0;
     QTRY_VERIFY_WITH_TIMEOUT(
         (sent += m_line.write(QByteArrayView(burst).sliced(sent)), m_frames->count() == 2000),
-        kPatienceMs);
+        kTimeoutMs);
     for (int i = 0; i < 2000; ++i) {
         QCOMPARE(m_frames->at(i).first().toByteArray(), frameNumber(i));
     }
 }
 
-void tst_comport::burst_throughWorkerThread_allComeOut()
+void tst_comport::burst_throughWorkerThread_isReceivedCompletely()
 {
     QThread worker;
     m_port->Write_Settings_Port(m_line.path(), 9600, 8, 0, 1, 0);
@@ -422,7 +423,7 @@ void tst_comport::burst_throughWorkerThread_allComeOut()
     qsizetype sent = 0;
     QTRY_VERIFY_WITH_TIMEOUT(
         (sent += m_line.write(QByteArrayView(burst).sliced(sent)), received.size() == 2000),
-        kPatienceMs);
+        kTimeoutMs);
     QMetaObject::invokeMethod(
         m_port.get(),
         [port = m_port.get()] {
@@ -438,7 +439,7 @@ void tst_comport::burst_throughWorkerThread_allComeOut()
     }
 }
 
-void tst_comport::misses_everyTwelve_giveOneLamp()
+void tst_comport::misses_everyTwelve_switchLampOff()
 {
     for (int i = 0; i < 11; ++i) {
         Q_EMIT m_port->CallCom();
@@ -454,7 +455,7 @@ void tst_comport::misses_everyTwelve_giveOneLamp()
     QCOMPARE(m_lamp->count(), 2);
 }
 
-void tst_comport::misses_frameBetween_startAnew()
+void tst_comport::misses_frameBetween_restartTheCount()
 {
     connectPort();
     for (int i = 0; i < 11; ++i) {
@@ -480,7 +481,7 @@ void tst_comport::misses_beforeStop_doNotCountAfterStart()
     QCOMPARE(m_lamp->count(), 0);
 }
 
-void tst_comport::fault_wholeFrames_goOnWithin15_data()
+void tst_comport::fault_wholeFrames_recoversWithin15_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     for (int place = 0; place < ork2::kFrameLength; ++place) {
@@ -500,36 +501,36 @@ void tst_comport::fault_wholeFrames_goOnWithin15_data()
     }
 }
 
-void tst_comport::fault_wholeFrames_goOnWithin15()
+void tst_comport::fault_wholeFrames_recoversWithin15()
 {
     QFETCH(QByteArray, bytes);
     connectPort();
-    QVERIFY(goodFrameComesOut());
+    QVERIFY(goodFrameIsReceived());
     send(bytes);
-    for (int time = 0; time < 3; ++time) { // it goes on by itself, and keeps going
-        QVERIFY2(oneOf15FramesComesOut(), "no good frame came out of 15");
+    for (int time = 0; time < 3; ++time) { // it recovers and continues to receive frames
+        QVERIFY2(oneOf15FramesIsReceived(), "none of 15 good frames was received");
     }
 }
 
-void tst_comport::fault_stopAndStart_cures_data()
+void tst_comport::fault_stopAndStart_recovers_data()
 {
-    fault_wholeFrames_goOnWithin15_data();
+    fault_wholeFrames_recoversWithin15_data();
 }
 
-void tst_comport::fault_stopAndStart_cures()
+void tst_comport::fault_stopAndStart_recovers()
 {
     QFETCH(QByteArray, bytes);
     connectPort();
     QSignalSpy events(&m_port->port(), &QIODevice::readyRead);
     send(bytes + kGood.left(7));
-    // It lies in the buffers of the worker, the port and the system, wherever.
+    // The bytes may be in the buffer of the worker, the port or the system.
     QTRY_VERIFY(!events.isEmpty());
     m_port->DisconnectPort();
     m_port->ConnectPort();
-    QVERIFY(goodFrameComesOut());
+    QVERIFY(goodFrameIsReceived());
 }
 
-void tst_comport::noise_wholeFrames_goOnWithin15_data()
+void tst_comport::noise_wholeFrames_recoversWithin15_data()
 {
     QTest::addColumn<int>("length");
     for (const int length :
@@ -538,7 +539,7 @@ void tst_comport::noise_wholeFrames_goOnWithin15_data()
     }
 }
 
-void tst_comport::noise_wholeFrames_goOnWithin15()
+void tst_comport::noise_wholeFrames_recoversWithin15()
 {
     QFETCH(int, length);
     connectPort();
@@ -546,13 +547,13 @@ void tst_comport::noise_wholeFrames_goOnWithin15()
     for (int round = 0; round < 5; ++round) {
         QByteArray noise(length, '\0');
         for (char &byte : noise) {
-            // Starts and ends of frames are what can confuse the reader, so they come often.
-            constexpr std::array<char, 4> kConfusing{'H', '\r', '0', '\xff'};
-            byte = random.bounded(2) != 0 ? kConfusing.at(random.bounded(4U))
+            // Starts and ends of frames are the most critical bytes, so they occur often.
+            constexpr std::array<char, 4> kCritical{'H', '\r', '0', '\xff'};
+            byte = random.bounded(2) != 0 ? kCritical.at(random.bounded(4U))
                                           : static_cast<char>(random.bounded(256));
         }
         send(noise);
-        QVERIFY2(oneOf15FramesComesOut(), "no good frame came out of 15");
+        QVERIFY2(oneOf15FramesIsReceived(), "none of 15 good frames was received");
     }
 }
 
@@ -560,10 +561,10 @@ void tst_comport::misalignedCarriageReturn_isDiscarded()
 {
     connectPort();
     send(QByteArrayLiteral("2342345\rH11"));
-    QVERIFY2(oneOf15FramesComesOut(), "no good frame came out of 15");
+    QVERIFY2(oneOf15FramesIsReceived(), "none of 15 good frames was received");
 }
 
-void tst_comport::unplugging_tellsErrorAndClosed()
+void tst_comport::unplugging_reportsErrorAndClosed()
 {
     connectPort();
     m_line.close();
@@ -573,21 +574,21 @@ void tst_comport::unplugging_tellsErrorAndClosed()
     QVERIFY(!m_port->port().isOpen());
 }
 
-// An adapter may fail to answer for its signals while its line goes on well.
-void tst_comport::adapterThatDoesNotAnswer_staysOpen()
+// Reading the signals of an adapter may fail while its line works.
+void tst_comport::adapter_signalsFail_staysOpen()
 {
 #ifndef Q_OS_LINUX
-    QSKIP("What an adapter answers can be played on Linux only");
+    QSKIP("The response of an adapter can be simulated on Linux only");
 #else
     connectPort();
     QTimer &watch = ComPortProbe::watch(*m_port);
     QVERIFY(watch.isActive());
-    QSignalSpy looks(&watch, &QTimer::timeout);
+    QSignalSpy checks(&watch, &QTimer::timeout);
     watch.start(1);
     g_signalsFail = true;
-    QTRY_VERIFY(looks.count() >= 10);
+    QTRY_VERIFY(checks.count() >= 10);
     QCOMPARE(m_texts->count(), 0);
-    m_line.close(); // and one that is gone is still noticed
+    m_line.close(); // a removed adapter is still detected
     QTRY_VERIFY(!m_port->port().isOpen());
     g_signalsFail = false;
     QCOMPARE(m_texts->count(), 2);
@@ -604,7 +605,7 @@ void tst_comport::otherErrors_areIgnored()
     QCOMPARE(m_texts->count(), 0);
     m_port->handleError(QSerialPort::ResourceError);
     QCOMPARE(m_texts->count(), 2);
-    m_port->handleError(QSerialPort::ResourceError); // closed by now
+    m_port->handleError(QSerialPort::ResourceError); // the port is already closed
     QCOMPARE(m_texts->count(), 2);
 }
 
@@ -622,21 +623,21 @@ void tst_comport::request_isSentByteForByte()
     QFETCH(const QByteArray, request);
     connectPort();
     ComPortProbe::setHeater(*m_port, heater);
-    // The slot clears the port right behind the write: the other end has to be quick.
+    // The slot clears the port immediately after the write, so the other end must read quickly.
     std::atomic<bool> seen = false;
-    std::atomic<bool> enough = false;
+    std::atomic<bool> finished = false;
     std::thread instrument([&] {
         QByteArray received;
-        while (!seen && !enough) {
+        while (!seen && !finished) {
             received += m_line.drain();
             seen = received.contains(request);
         }
     });
-    const QDeadlineTimer deadline(kPatienceMs);
+    const QDeadlineTimer deadline(kTimeoutMs);
     while (!seen && !deadline.hasExpired()) {
         m_port->ComPortSend();
     }
-    enough = true;
+    finished = true;
     instrument.join();
     QVERIFY(seen);
     QCOMPARE(m_port->port().bytesToWrite(), 0);
@@ -644,12 +645,12 @@ void tst_comport::request_isSentByteForByte()
         QStringLiteral("ComSend \"%1\"").arg(QLatin1String(request.toHex(' ')))));
 }
 
-void tst_comport::request_openPort_withoutPendingReply_tells()
+void tst_comport::request_withoutPendingReply_isReported()
 {
     connectPort();
     QSignalSpy pending(m_port.get(), &ComPort::BitConnect);
     QSignalSpy gathered(&m_port->port(), &QIODevice::readyRead);
-    send(QByteArrayLiteral("X0123456789")); // no frame: pending
+    send(QByteArrayLiteral("X0123456789")); // not a frame, so it stays in the buffer
     QTRY_VERIFY(!gathered.isEmpty());
     QCOMPARE(m_port->port().bytesAvailable(), 0);
     m_port->ComPortSend();
@@ -658,7 +659,7 @@ void tst_comport::request_openPort_withoutPendingReply_tells()
     QCOMPARE(pending, (QList<QVariantList>{{false}}));
 }
 
-void tst_comport::request_setPoint_changesNothing()
+void tst_comport::request_heaterSetPoint_isIgnored()
 {
     connectPort();
     m_port->HeatTempSet(40);
@@ -683,9 +684,9 @@ void tst_comport::crc_asText_data()
     QTest::addColumn<ushort>("length");
     QTest::addColumn<QByteArray>("text");
     const QByteArray request = QByteArray::fromHex("3A00410000");
-    QTest::newRow("nothing of it") << request << ushort{0} << QByteArray("ffff");
+    QTest::newRow("no bytes") << request << ushort{0} << QByteArray("ffff");
     QTest::newRow("request") << request << ushort{5} << QByteArray("ac11");
-    QTest::newRow("longer than it is") << request << ushort{500} << QByteArray("ac11");
+    QTest::newRow("length exceeds size") << request << ushort{500} << QByteArray("ac11");
     // CRC 0x4B37, swapped 0x374B.
     QTest::newRow("123456789") << QByteArray("123456789") << ushort{9} << QByteArray("374b");
     // CRC 0xDB05, swapped 0x05DB: the leading zero is not written.
@@ -700,7 +701,7 @@ void tst_comport::crc_asText()
     QCOMPARE(m_port->CRC16_ModBusRTU(bytes, length), text);
 }
 
-void tst_comport::legacyCommand_losesItsPlaceholdersAndGetsCrc_data()
+void tst_comport::legacyCommand_placeholders_areReplacedByCrc_data()
 {
     QTest::addColumn<QString>("sensor");
     QTest::addColumn<QByteArray>("kept");
@@ -713,7 +714,7 @@ void tst_comport::legacyCommand_losesItsPlaceholdersAndGetsCrc_data()
                              << QByteArray("xy") << QByteArray() << qint64{9};
 }
 
-void tst_comport::legacyCommand_losesItsPlaceholdersAndGetsCrc()
+void tst_comport::legacyCommand_placeholders_areReplacedByCrc()
 {
     QFETCH(QString, sensor);
     QFETCH(QByteArray, kept);
@@ -729,7 +730,7 @@ void tst_comport::legacyCommand_losesItsPlaceholdersAndGetsCrc()
     QCOMPARE(m_port->port().readBufferSize(), replyLength);
 }
 
-void tst_comport::legacyRead_tellsText()
+void tst_comport::legacyRead_emitsText()
 {
     connectPort();
     QSignalSpy texts(m_port.get(), &ComPort::outPort);

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The serial worker as it is built where the system has no poll.
+// The serial worker as built on systems without poll().
 #include "comport.h"
 
 #include "comportprobe.h"
 #include "failingsignals.h"
-#include "patience.h"
 #include "pseudoterminal.h"
+#include "timeout.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -15,13 +15,13 @@ class tst_comportwithoutpoll : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void adapterThatDoesNotAnswer_staysOpen();
+    void adapter_signalsFail_staysOpen();
 };
 
-void tst_comportwithoutpoll::adapterThatDoesNotAnswer_staysOpen()
+void tst_comportwithoutpoll::adapter_signalsFail_staysOpen()
 {
 #ifndef Q_OS_LINUX
-    QSKIP("What an adapter answers can be played on Linux only");
+    QSKIP("The response of an adapter can be simulated on Linux only");
 #else
     ork2::PseudoTerminal line;
     QVERIFY2(line.open(), qPrintable(line.errorString()));
@@ -30,10 +30,10 @@ void tst_comportwithoutpoll::adapterThatDoesNotAnswer_staysOpen()
     port.ConnectPort();
     QSignalSpy texts(&port, &ComPort::error_);
     QTimer &watch = ComPortProbe::watch(port);
-    QSignalSpy looks(&watch, &QTimer::timeout);
+    QSignalSpy checks(&watch, &QTimer::timeout);
     g_signalsFail = true;
     watch.start(1);
-    QTRY_VERIFY_WITH_TIMEOUT(looks.count() >= 10, kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(checks.count() >= 10, kTimeoutMs);
     g_signalsFail = false;
     QCOMPARE(texts.count(), 0);
     QVERIFY(port.port().isOpen());

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Faults of the line in every way in which adapters deliver, through the controller, which closes
-// the port after twelve reads without a frame: only a person could then start again.
+// Faults of the line with all ways in which adapters split the data. The tests use the controller,
+// which closes the port after twelve reads without a frame, so that the user has to start again.
 #include "mainbackend.h"
 
 #include "framenumber.h"
 #include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QDeadlineTimer>
 #include <QSignalSpy>
@@ -24,9 +24,9 @@
 namespace {
 
 constexpr qsizetype kFramesAfter = 6;
-constexpr qsizetype kFramesWanted = 3; // of them
+constexpr qsizetype kRequiredFrames = 3; // of kFramesAfter
 
-// What comes in place of one good frame, once for each place in it.
+// Returns the replacements of a good frame, one for each position in it.
 QList<QByteArray> faults(const QByteArray &kind)
 {
     const QByteArray good = frameNumber(900);
@@ -37,7 +37,7 @@ QList<QByteArray> faults(const QByteArray &kind)
         } else if (kind == "added") {
             faulty << QByteArray(good).insert(place, '5');
         } else if (place > 0) {
-            faulty << good.sliced(place); // the port was opened in mid-frame
+            faulty << good.sliced(place); // the port was opened in the middle of a frame
         }
     }
     return faulty;
@@ -54,14 +54,14 @@ private Q_SLOTS:
     void cleanup();
     void cleanupTestCase();
 
-    void fault_anyDelivery_goesOnByItself_data();
-    void fault_anyDelivery_goesOnByItself();
+    void fault_anyDelivery_recovers_data();
+    void fault_anyDelivery_recovers();
     void garbage_anyDelivery_isReportedAsLost_data();
     void garbage_anyDelivery_isReportedAsLost();
 
 private:
     void start();
-    // In pieces of the given lengths, in turn; each is one read event of the port.
+    // Sends pieces of the given lengths, repeatedly; each causes one read event of the port.
     void deliver(const QByteArray &bytes, const QList<int> &pieces);
     void deliverPiece(const QByteArray &piece);
     [[nodiscard]] bool portIsOpen();
@@ -84,7 +84,7 @@ void tst_delivery::init()
     m_backEnd = std::make_unique<mainBackEnd>();
     ComPort *worker = MainBackEndProbe(*m_backEnd).comPort();
     connect(&worker->port(), &QIODevice::readyRead,
-        [this] { ++m_readEvents; }); // in the worker's thread, after the worker's own slot
+        [this] { ++m_readEvents; }); // in the worker thread, after the slot of the worker
     connect(worker, &ComPort::readyToShowClouds, this,
         [this](const QByteArray &frame) { m_frames << frame; }); // queued into this thread
 }
@@ -115,15 +115,17 @@ void tst_delivery::start()
                                      return text.first().toString().contains(
                                          QStringLiteral(">> Открыт!"));
                                  }),
-        kPatienceMs);
-    MainBackEndProbe(*m_backEnd).requestTimer()->stop(); // no loss by the clock on a busy machine
+        kTimeoutMs);
+    MainBackEndProbe(*m_backEnd)
+        .requestTimer()
+        ->stop(); // prevents a reported loss on a busy machine
 }
 
 void tst_delivery::deliver(const QByteArray &bytes, const QList<int> &pieces)
 {
-    qsizetype turn = 0;
+    qsizetype index = 0;
     for (qsizetype sent = 0; sent < bytes.size();) {
-        const QByteArray piece = bytes.mid(sent, pieces.at(turn++ % pieces.size()));
+        const QByteArray piece = bytes.mid(sent, pieces.at(index++ % pieces.size()));
         deliverPiece(piece);
         sent += piece.size();
     }
@@ -133,16 +135,16 @@ void tst_delivery::deliverPiece(const QByteArray &piece)
 {
     const int before = m_readEvents;
     if (!portIsOpen()) {
-        return; // nobody takes the rest
+        return; // the rest would not be read
     }
     QCOMPARE(m_line.write(piece), piece.size());
-    const QDeadlineTimer deadline(kPatienceMs);
+    const QDeadlineTimer deadline(kTimeoutMs);
     while ((m_readEvents == before || m_line.unread() > 0) && portIsOpen()) {
-        QVERIFY2(!deadline.hasExpired(), "the port does not take what was sent");
+        QVERIFY2(!deadline.hasExpired(), "the port does not read the data");
     }
 }
 
-// Asked in the worker's thread: what it has posted before is handled here afterwards.
+// Called in the worker thread: events that it posted before are processed here afterwards.
 bool tst_delivery::portIsOpen()
 {
     ComPort *worker = MainBackEndProbe(*m_backEnd).comPort();
@@ -153,7 +155,7 @@ bool tst_delivery::portIsOpen()
     return m_portOpen;
 }
 
-void tst_delivery::fault_anyDelivery_goesOnByItself_data()
+void tst_delivery::fault_anyDelivery_recovers_data()
 {
     QTest::addColumn<QByteArray>("kind");
     QTest::addColumn<QList<int>>("pieces");
@@ -167,7 +169,7 @@ void tst_delivery::fault_anyDelivery_goesOnByItself_data()
     }
 }
 
-void tst_delivery::fault_anyDelivery_goesOnByItself()
+void tst_delivery::fault_anyDelivery_recovers()
 {
     QFETCH(const QByteArray, kind);
     QFETCH(const QList<int>, pieces);
@@ -199,17 +201,17 @@ void tst_delivery::fault_anyDelivery_goesOnByItself()
                    .arg(fewest)
                    .arg(kFramesAfter);
     QCOMPARE(closed, 0);
-    QVERIFY2(fewest >= kFramesWanted, qPrintable(m_table.constLast()));
+    QVERIFY2(fewest >= kRequiredFrames, qPrintable(m_table.constLast()));
 }
 
 void tst_delivery::garbage_anyDelivery_isReportedAsLost_data()
 {
-    QTest::addColumn<QByteArray>("garbage"); // comes again and again
+    QTest::addColumn<QByteArray>("garbage"); // sent repeatedly
     QTest::addColumn<int>("reads");          // until the line is reported as lost
     QTest::newRow("no frame, whole") << QByteArray("X0123456789") << 12;
     QTest::newRow("no frame, single bytes") << QByteArray("X") << 12;
-    // Each buffer ends with what might be the end of a frame: step is regained once.
-    QTest::newRow("ends without beginnings") << QByteArray("X012345678\r") << 13;
+    // Each buffer ends like a frame, so the worker resynchronizes once.
+    QTest::newRow("ends without starts") << QByteArray("X012345678\r") << 13;
 }
 
 void tst_delivery::garbage_anyDelivery_isReportedAsLost()
@@ -223,8 +225,8 @@ void tst_delivery::garbage_anyDelivery_isReportedAsLost()
         QCOMPARE(lamp.count(), 0);
         deliverPiece(garbage);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(lamp, (QList<QVariantList>{{false}}), kPatienceMs);
-    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(lamp, (QList<QVariantList>{{false}}), kTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
 }
 
 QTEST_GUILESS_MAIN(tst_delivery)

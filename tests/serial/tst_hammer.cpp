@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Start and Stop a thousand times a second, through the controller, while frames arrive: what the
-// two threads share is then touched at every moment of opening, reading and closing.
+// Calls Start and Stop of the controller a thousand times per second while frames arrive, so that
+// the two threads access their shared data at any moment of opening, reading and closing.
 #include "mainbackend.h"
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "portlock.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QDir>
 #include <QScopeGuard>
@@ -43,7 +43,7 @@ private Q_SLOTS:
 
     void startStop_framesArriving_portStaysUsable_data();
     void startStop_framesArriving_portStaysUsable();
-    void destruction_workerIsBehind_releasesThePort();
+    void destruction_workerHasBacklog_releasesThePort();
 
 private:
     void hammer(const std::function<void(bool)> &press);
@@ -75,19 +75,20 @@ void tst_hammer::cleanup()
     QCOMPARE(warnings.join(u'\n'), QString());
 }
 
-// In bursts that end with Start; after each a reading has to come through. Ends with Stop.
+// Presses Start and Stop in bursts that end with Start. A reading must be received after each
+// burst.
 void tst_hammer::hammer(const std::function<void(bool)> &press)
 {
-    std::atomic_bool enough = false;
-    std::thread instrument([this, &enough] {
-        while (!enough) {
+    std::atomic_bool finished = false;
+    std::thread instrument([this, &finished] {
+        while (!finished) {
             if (m_line.write(kFrame) != kFrame.size()) {
                 std::this_thread::sleep_for(kWriterPause);
             }
         }
     });
     const auto end = qScopeGuard([&] {
-        enough = true;
+        finished = true;
         instrument.join();
     });
     QSignalSpy heights(m_backEnd.get(), &mainBackEnd::secondCloudAlt);
@@ -102,7 +103,7 @@ void tst_hammer::hammer(const std::function<void(bool)> &press)
         }
         timer.stop();
         QTRY_VERIFY_WITH_TIMEOUT(
-            heights.contains(QVariantList{QStringLiteral("2345")}), kPatienceMs);
+            heights.contains(QVariantList{QStringLiteral("2345")}), kTimeoutMs);
         press(false);
         heights.clear();
     }
@@ -144,13 +145,13 @@ void tst_hammer::startStop_framesArriving_portStaysUsable()
     };
     press(true);
     press(false);
-    QTRY_VERIFY(allOpened(1)); // what the toolkit opens once and keeps is open now
+    QTRY_VERIFY(allOpened(1)); // resources that Qt opens once and keeps are open now
     QTRY_VERIFY(!portIsLocked(m_line.path()));
     const qsizetype handles = QDir(QStringLiteral("/proc/self/fd")).entryList().size();
 
     hammer(press);
     const int times = 1 + kBursts * kStartsInBurst;
-    QVERIFY2(QTest::qWaitFor([&] { return allOpened(times); }, kPatienceMs),
+    QVERIFY2(QTest::qWaitFor([&] { return allOpened(times); }, kTimeoutMs),
         QByteArray::number(opened) + " opened, " + QByteArray::number(closed) + " closed");
     QTRY_VERIFY(!portIsLocked(m_line.path()));
     QTRY_COMPARE(QDir(QStringLiteral("/proc/self/fd")).entryList().size(), handles);
@@ -162,9 +163,10 @@ void tst_hammer::startStop_framesArriving_portStaysUsable()
     QTRY_VERIFY(heights.contains(QVariantList{QStringLiteral("0400")}));
 }
 
-void tst_hammer::destruction_workerIsBehind_releasesThePort()
+void tst_hammer::destruction_workerHasBacklog_releasesThePort()
 {
-    for (int i = 0; i < kStartsBeforeEnd; ++i) { // each waits for the disk: the worker falls behind
+    // Each start waits for the disk, so the worker gets a backlog.
+    for (int i = 0; i < kStartsBeforeEnd; ++i) {
         m_backEnd->disableButton();
         m_backEnd->enButton();
     }

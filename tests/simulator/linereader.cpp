@@ -18,7 +18,7 @@ bool LineReader::open(const QString &path)
         return false;
     }
     m_notifier = std::make_unique<QSocketNotifier>(m_line.get(), QSocketNotifier::Read);
-    connect(m_notifier.get(), &QSocketNotifier::activated, this, &LineReader::take);
+    connect(m_notifier.get(), &QSocketNotifier::activated, this, &LineReader::readData);
     return true;
 }
 
@@ -45,7 +45,7 @@ bool LineReader::send(const QByteArray &bytes)
         == bytes.size();
 }
 
-void LineReader::take()
+void LineReader::readData()
 {
     std::array<char, 4096> chunk{};
     const ssize_t size = ::read(m_line.get(), chunk.data(), chunk.size());

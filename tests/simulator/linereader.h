@@ -10,7 +10,7 @@
 
 #include <memory>
 
-// Opens a pseudo-terminal as a terminal program does and gathers what comes, through the event
+// Opens a pseudo-terminal like a terminal program and stores the received data. Requires an event
 // loop.
 class LineReader : public QObject
 {
@@ -19,18 +19,18 @@ class LineReader : public QObject
 public:
     [[nodiscard]] bool open(const QString &path);
     void close();
-    // Whether bytes are taken; the line stays open meanwhile.
+    // Enables or disables reading. The line stays open.
     void setReading(bool on);
-    // Bytes that lie ready and are not taken yet.
+    // Returns the number of unread bytes.
     [[nodiscard]] int waiting() const;
     [[nodiscard]] bool send(const QByteArray &bytes);
 
     QByteArray received;
-    int pieces = 0; // number of reads that gave something
+    int pieces = 0; // number of reads that returned data
     int hangUps = 0;
 
 private:
-    void take();
+    void readData();
 
     ork2::FileDescriptor m_line;
     std::unique_ptr<QSocketNotifier> m_notifier;

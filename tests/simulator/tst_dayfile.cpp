@@ -17,16 +17,16 @@ class tst_dayfile : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void parse_wholeFile_givesAReadingPerRecord();
-    void parse_fileWithoutHeading_isTaken();
-    void parse_lineEndsOfTextMode_areTaken();
-    void parse_damagedField_goesBackAsItCame();
-    void parse_badRecord_tellsFileAndLine_data();
-    void parse_badRecord_tellsFileAndLine();
-    void parse_noRecord_tellsFile();
+    void parse_completeFile_returnsAReadingPerRecord();
+    void parse_fileWithoutHeading_isAccepted();
+    void parse_lineEndingsOfTextMode_areAccepted();
+    void parse_corruptedField_isSentUnchanged();
+    void parse_badRecord_reportsFileAndLine_data();
+    void parse_badRecord_reportsFileAndLine();
+    void parse_noRecord_reportsFile();
 };
 
-void tst_dayfile::parse_wholeFile_givesAReadingPerRecord()
+void tst_dayfile::parse_completeFile_returnsAReadingPerRecord()
 {
     const ScriptResult result = parseDayFile(QByteArray(kHeading)
             + "\r\n00:00:00\t0850\t1500\tОсновной"
@@ -42,7 +42,7 @@ void tst_dayfile::parse_wholeFile_givesAReadingPerRecord()
     QVERIFY(steps[2].step == Step(Transmission{"H077777777\r"}));
 }
 
-void tst_dayfile::parse_fileWithoutHeading_isTaken()
+void tst_dayfile::parse_fileWithoutHeading_isAccepted()
 {
     const ScriptResult result =
         parseDayFile("\r\n00:00:00\t0850\t1500\tОсновной", QStringLiteral("d"));
@@ -50,7 +50,7 @@ void tst_dayfile::parse_fileWithoutHeading_isTaken()
     QCOMPARE(result.script.steps.size(), 1U);
 }
 
-void tst_dayfile::parse_lineEndsOfTextMode_areTaken()
+void tst_dayfile::parse_lineEndingsOfTextMode_areAccepted()
 {
     QByteArray text = QByteArray(kHeading) + "\r\n00:00:00\t0850\t1500\tРезерв\r\n";
     text.replace("\r\n", "\r\r\n");
@@ -59,7 +59,7 @@ void tst_dayfile::parse_lineEndsOfTextMode_areTaken()
     QVERIFY(result.script.steps.at(0).step == Step(Transmission{"H108501500\r"}));
 }
 
-void tst_dayfile::parse_damagedField_goesBackAsItCame()
+void tst_dayfile::parse_corruptedField_isSentUnchanged()
 {
     const ScriptResult result = parseDayFile("00:00:00\t08x0\tÿ500\tОсновной", QStringLiteral("d"));
     QCOMPARE(result.error, QString());
@@ -68,21 +68,22 @@ void tst_dayfile::parse_damagedField_goesBackAsItCame()
                              "500\r"}));
 }
 
-void tst_dayfile::parse_badRecord_tellsFileAndLine_data()
+void tst_dayfile::parse_badRecord_reportsFileAndLine_data()
 {
     QTest::addColumn<QByteArray>("record");
 
     QTest::newRow("field missing") << QByteArray("00:00:00\t0850\tОсновной");
-    QTest::newRow("field too many") << QByteArray("00:00:00\t0850\t1500\tОсновной\t");
-    QTest::newRow("no time") << QByteArray("24:00:00\t0850\t1500\tОсновной");
-    QTest::newRow("first height short") << QByteArray("00:00:00\t850\t1500\tОсновной");
-    QTest::newRow("second height long") << QByteArray("00:00:00\t0850\t15000\tОсновной");
-    QTest::newRow("height no byte") << QByteArray("00:00:00\t0850\t15ж0\tОсновной");
+    QTest::newRow("additional field") << QByteArray("00:00:00\t0850\t1500\tОсновной\t");
+    QTest::newRow("invalid time") << QByteArray("24:00:00\t0850\t1500\tОсновной");
+    QTest::newRow("first height too short") << QByteArray("00:00:00\t850\t1500\tОсновной");
+    QTest::newRow("second height too long") << QByteArray("00:00:00\t0850\t15000\tОсновной");
+    QTest::newRow("height with multi-byte character")
+        << QByteArray("00:00:00\t0850\t15ж0\tОсновной");
     QTest::newRow("unknown channel") << QByteArray("00:00:00\t0850\t1500\t0");
     QTest::newRow("other text") << QByteArray("hello");
 }
 
-void tst_dayfile::parse_badRecord_tellsFileAndLine()
+void tst_dayfile::parse_badRecord_reportsFileAndLine()
 {
     QFETCH(QByteArray, record);
     const ScriptResult result =
@@ -92,7 +93,7 @@ void tst_dayfile::parse_badRecord_tellsFileAndLine()
         result.error, QStringLiteral("day.txt:5: no record of time, two heights and channel name"));
 }
 
-void tst_dayfile::parse_noRecord_tellsFile()
+void tst_dayfile::parse_noRecord_reportsFile()
 {
     QCOMPARE(parseDayFile(kHeading, QStringLiteral("day.txt")).error,
         QStringLiteral("day.txt: there is no record to play"));

@@ -11,7 +11,7 @@ using namespace ork2;
 
 namespace {
 
-constexpr int kReadings = 300; // two rounds of all blocks and more
+constexpr int kReadings = 300; // more than two rounds of all blocks
 
 QList<QByteArray> frames(quint32 seed)
 {
@@ -23,7 +23,7 @@ QList<QByteArray> frames(quint32 seed)
     return result;
 }
 
-// A code, or an empty text for a measured height.
+// Returns the code, or an empty text for a measured height.
 QByteArray code(const QByteArray &field)
 {
     static const QSet<QByteArray> codes{"7777", "8888", "9999"};
@@ -43,9 +43,9 @@ class tst_errorsscenario : public QObject
 
 private Q_SLOTS:
     void steps_sameSeed_areTheSame();
-    void steps_always_areWholeFrames();
-    void steps_oneRound_holdEveryPair();
-    void blocks_always_haveNormalReadingsBetween();
+    void steps_areCompleteFrames();
+    void steps_oneRound_containEveryPair();
+    void blocks_areSeparatedByNormalReadings();
 };
 
 void tst_errorsscenario::steps_sameSeed_areTheSame()
@@ -54,7 +54,7 @@ void tst_errorsscenario::steps_sameSeed_areTheSame()
     QVERIFY(frames(5) != frames(6));
 }
 
-void tst_errorsscenario::steps_always_areWholeFrames()
+void tst_errorsscenario::steps_areCompleteFrames()
 {
     for (const QByteArray &frame : frames(1)) {
         QCOMPARE(frame.size(), 11);
@@ -66,7 +66,7 @@ void tst_errorsscenario::steps_always_areWholeFrames()
     }
 }
 
-void tst_errorsscenario::steps_oneRound_holdEveryPair()
+void tst_errorsscenario::steps_oneRound_containEveryPair()
 {
     QSet<QByteArray> seen;
     for (const QByteArray &frame : frames(1)) {
@@ -80,7 +80,7 @@ void tst_errorsscenario::steps_oneRound_holdEveryPair()
     }
 }
 
-void tst_errorsscenario::blocks_always_haveNormalReadingsBetween()
+void tst_errorsscenario::blocks_areSeparatedByNormalReadings()
 {
     QByteArray previous = "/";
     int normal = 0;

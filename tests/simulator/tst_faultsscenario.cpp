@@ -38,10 +38,10 @@ class tst_faultsscenario : public QObject
 
 private Q_SLOTS:
     void steps_sameSeed_areTheSame();
-    void steps_longRun_holdEveryFault();
-    void bytes_damagedReadings_comeFromTheWeather();
-    void pauses_always_lastWholePeriods();
-    void faults_always_haveGoodReadingsBetween();
+    void steps_longRun_containEveryFault();
+    void bytes_corruptedReadings_comeFromTheWeather();
+    void pauses_lastWholePeriods();
+    void faults_areSeparatedByGoodReadings();
 };
 
 void tst_faultsscenario::steps_sameSeed_areTheSame()
@@ -50,7 +50,7 @@ void tst_faultsscenario::steps_sameSeed_areTheSame()
     QVERIFY(steps(5) != steps(6));
 }
 
-void tst_faultsscenario::steps_longRun_holdEveryFault()
+void tst_faultsscenario::steps_longRun_containEveryFault()
 {
     int shorter = 0;
     int longer = 0;
@@ -77,7 +77,7 @@ void tst_faultsscenario::steps_longRun_holdEveryFault()
     }
 }
 
-void tst_faultsscenario::bytes_damagedReadings_comeFromTheWeather()
+void tst_faultsscenario::bytes_corruptedReadings_comeFromTheWeather()
 {
     WeatherScenario weather(1);
     bool lost = false;
@@ -92,7 +92,7 @@ void tst_faultsscenario::bytes_damagedReadings_comeFromTheWeather()
             break;
         }
         const QByteArray frame = readingFrame(weather.nextReading());
-        // The longer of the two must lose exactly one byte to become the other.
+        // Removing one byte from the longer one must result in the shorter one.
         const auto becomes = [](const QByteArray &from, const QByteArray &to) {
             for (qsizetype place = 0; place < from.size(); ++place) {
                 if (QByteArray(from).remove(place, 1) == to) {
@@ -115,7 +115,7 @@ void tst_faultsscenario::bytes_damagedReadings_comeFromTheWeather()
     QVERIFY(added);
 }
 
-void tst_faultsscenario::pauses_always_lastWholePeriods()
+void tst_faultsscenario::pauses_lastWholePeriods()
 {
     for (const Step &step : steps(1)) {
         if (const auto *silence = std::get_if<Silence>(&step)) {
@@ -129,7 +129,7 @@ void tst_faultsscenario::pauses_always_lastWholePeriods()
     }
 }
 
-void tst_faultsscenario::faults_always_haveGoodReadingsBetween()
+void tst_faultsscenario::faults_areSeparatedByGoodReadings()
 {
     int good = 0;
     for (const Step &step : steps(1)) {

@@ -24,11 +24,11 @@ class tst_options : public QObject
 
 private Q_SLOTS:
     void parse_nothing_givesDefaults();
-    void parse_everything_isTaken();
-    void parse_limits_areTaken();
+    void parse_allOptions_areAccepted();
+    void parse_limits_areAccepted();
     void parse_help_describesOptionsAndScenarioFile();
-    void parse_badOption_tellsWhatIsWrong_data();
-    void parse_badOption_tellsWhatIsWrong();
+    void parse_badOption_reportsError_data();
+    void parse_badOption_reportsError();
     void parse_emptyText_isRefused();
 };
 
@@ -45,7 +45,7 @@ void tst_options::parse_nothing_givesDefaults()
     QVERIFY(!commandLine.options->count);
 }
 
-void tst_options::parse_everything_isTaken()
+void tst_options::parse_allOptions_areAccepted()
 {
     const CommandLine commandLine = parsed(QStringLiteral(
         "--scenario faults --period 20 --delivery bytes --seed 7 --count 3 --link /tmp/x"));
@@ -61,7 +61,7 @@ void tst_options::parse_everything_isTaken()
     QVERIFY(parsed(QStringLiteral("--delivery whole")).options->delivery == Delivery::Whole);
 }
 
-void tst_options::parse_limits_areTaken()
+void tst_options::parse_limits_areAccepted()
 {
     const CommandLine lowest = parsed(QStringLiteral("--period 0 --seed 0 --count 1"));
     QVERIFY2(lowest.options.has_value(), qPrintable(lowest.text));
@@ -76,7 +76,7 @@ void tst_options::parse_help_describesOptionsAndScenarioFile()
     for (const char *option : {"--help", "-h"}) {
         const CommandLine commandLine = parsed(QString::fromLatin1(option));
         QVERIFY(!commandLine.options);
-        QVERIFY(commandLine.helpAsked);
+        QVERIFY(commandLine.helpRequested);
         for (const char *name :
             {"scenario", "replay", "period", "delivery", "seed", "count", "link", "help"}) {
             QVERIFY2(commandLine.text.contains(QStringLiteral("--") + QLatin1String(name)), name);
@@ -85,7 +85,7 @@ void tst_options::parse_help_describesOptionsAndScenarioFile()
     }
 }
 
-void tst_options::parse_badOption_tellsWhatIsWrong_data()
+void tst_options::parse_badOption_reportsError_data()
 {
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QString>("text");
@@ -95,7 +95,7 @@ void tst_options::parse_badOption_tellsWhatIsWrong_data()
     };
     row("unknown option", "--speed 3", "Unknown option 'speed'.");
     row("value missing", "--period", "Missing value after '--period'.");
-    row("period no number", "--period fast",
+    row("period not a number", "--period fast",
         "--period takes a whole number from 0 to 3600000, not \"fast\"");
     row("period negative", "--period=-1",
         "--period takes a whole number from 0 to 3600000, not \"-1\"");
@@ -103,21 +103,21 @@ void tst_options::parse_badOption_tellsWhatIsWrong_data()
         "--period takes a whole number from 0 to 3600000, not \"3600001\"");
     row("unknown delivery", "--delivery bits",
         R"(--delivery takes "whole" or "bytes", not "bits")");
-    row("seed too great", "--seed 4294967296",
+    row("seed too large", "--seed 4294967296",
         "--seed takes a whole number from 0 to 4294967295, not \"4294967296\"");
-    row("count of none", "--count 0",
+    row("count of zero", "--count 0",
         "--count takes a whole number from 1 to 2147483647, not \"0\"");
     row("scenario and replay", "--scenario errors --replay day.txt",
         "--scenario and --replay exclude each other");
-    row("stray argument", "weather", "there is no use for the argument \"weather\"");
+    row("unexpected argument", "weather", "there is no use for the argument \"weather\"");
 }
 
-void tst_options::parse_badOption_tellsWhatIsWrong()
+void tst_options::parse_badOption_reportsError()
 {
     QFETCH(QString, arguments);
     const CommandLine commandLine = parsed(arguments);
     QVERIFY(!commandLine.options);
-    QVERIFY(!commandLine.helpAsked);
+    QVERIFY(!commandLine.helpRequested);
     QTEST(commandLine.text, "text");
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 constexpr qsizetype kFrameSize = 11;
 
-// Without end; the first height of each frame is its number, from 0.
+// Endless; the first height of each frame is its number, starting with 0.
 class NumberedScenario : public Scenario
 {
 public:
@@ -29,14 +29,14 @@ public:
 
     [[nodiscard]] std::optional<Step> next() override
     {
-        return Transmission{readingFrame({Channel::Main, (*m_played)++ % (kHighestHeight + 1), 0})};
+        return Transmission{readingFrame({Channel::Main, (*m_played)++ % (kMaxHeight + 1), 0})};
     }
 
 private:
     int *m_played;
 };
 
-// The numbers of whole frames; -1 stands for what is none.
+// Returns the numbers of complete frames; -1 for other data.
 QList<int> frameNumbers(const QByteArray &bytes)
 {
     QList<int> numbers;
@@ -53,17 +53,17 @@ std::unique_ptr<Scenario> script(std::vector<ScriptStep> steps, bool repeats = f
     return std::make_unique<ScriptScenario>(Script{std::move(steps), repeats});
 }
 
-// As QTRY_VERIFY, but without its naps of 10 ms, which would slow the player down.
-template <typename Condition> bool comesTrue(Condition condition)
+// Like QTRY_VERIFY, but without its sleeps of 10 ms, which would slow down the player.
+template <typename Condition> bool waitUntil(Condition condition)
 {
     QEventLoop loop;
-    QTimer look;
-    QObject::connect(&look, &QTimer::timeout, &loop, [&loop, &condition] {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&loop, &condition] {
         if (condition()) {
             loop.quit();
         }
     });
-    look.start(1ms);
+    timer.start(1ms);
     QTimer::singleShot(10s, &loop, &QEventLoop::quit);
     loop.exec();
     return condition();
@@ -87,22 +87,22 @@ private Q_SLOTS:
     void cleanup();
 
     void period_betweenReadings_isKept();
-    void period_afterSilence_startsAnew();
-    void delivery_whole_isOnePieceAReading();
-    void delivery_bytes_keepsPaceOfLine();
+    void period_afterSilence_restarts();
+    void delivery_whole_isOneWritePerReading();
+    void delivery_bytes_hasLineSpeed();
     void count_reached_finishes();
     void script_over_finishes();
-    void end_readerTakesNothing_finishesAllTheSame();
-    void end_flatOut_waitsForReader();
+    void end_readerReadsNothing_finishes();
+    void end_periodZero_waitsForReader();
     void reader_absent_readingsAreLost();
-    void reader_left_leavesNothingBehind();
-    void reader_leftAndBackWithinAPeriod_findsNothing();
+    void reader_closed_leavesNoData();
+    void reader_reopenedWithinAPeriod_findsNoData();
     void line_full_dropsWholeReadings();
-    void line_flatOut_losesNothing();
-    void requests_fromReader_areTakenAndIgnored();
-    void unplugging_always_hangsUpAndComesBack();
-    void unplugging_flatOut_waitsForReader();
-    void unplugging_linked_removesAndRenewsLink();
+    void line_periodZero_losesNothing();
+    void requests_fromReader_areReadAndIgnored();
+    void unplugging_hangsUpAndReturns();
+    void unplugging_periodZero_waitsForReader();
+    void unplugging_linked_removesAndRestoresLink();
     void link_impossible_fails();
 
 private:
@@ -157,7 +157,7 @@ void tst_player::period_betweenReadings_isKept()
     QVERIFY2(elapsed >= 299 && elapsed < 2000, qPrintable(QString::number(elapsed)));
 }
 
-void tst_player::period_afterSilence_startsAnew()
+void tst_player::period_afterSilence_restarts()
 {
     create(script({{Transmission{"a"}}, {Silence{300ms}}, {Transmission{"b"}}}), withPeriod(50ms));
     openOnReady();
@@ -170,7 +170,7 @@ void tst_player::period_afterSilence_startsAnew()
     QVERIFY2(elapsed >= 349 && elapsed < 2000, qPrintable(QString::number(elapsed)));
 }
 
-void tst_player::delivery_whole_isOnePieceAReading()
+void tst_player::delivery_whole_isOneWritePerReading()
 {
     Options options = withPeriod(20ms);
     options.count = 10;
@@ -181,7 +181,7 @@ void tst_player::delivery_whole_isOnePieceAReading()
     QVERIFY2(m_reader->pieces <= 12, qPrintable(QString::number(m_reader->pieces)));
 }
 
-void tst_player::delivery_bytes_keepsPaceOfLine()
+void tst_player::delivery_bytes_hasLineSpeed()
 {
     constexpr int kFrames = 20;
     constexpr qint64 kLineTimeMs = 1000LL * kFrames * kFrameSize / 960;
@@ -222,7 +222,7 @@ void tst_player::script_over_finishes()
     QCOMPARE(m_reader->received, QByteArray("aaab"));
 }
 
-void tst_player::end_readerTakesNothing_finishesAllTheSame()
+void tst_player::end_readerReadsNothing_finishes()
 {
     create(script({{Transmission{"a"}}}), withPeriod(1ms));
     openOnReady();
@@ -233,7 +233,7 @@ void tst_player::end_readerTakesNothing_finishesAllTheSame()
     QCOMPARE(m_reader->received, QByteArray());
 }
 
-void tst_player::end_flatOut_waitsForReader()
+void tst_player::end_periodZero_waitsForReader()
 {
     create(script({{Transmission{"a"}, 3}}), withPeriod(0ms));
     m_player->start();
@@ -256,7 +256,7 @@ void tst_player::reader_absent_readingsAreLost()
     QVERIFY(!numbers.contains(-1));
 }
 
-void tst_player::reader_left_leavesNothingBehind()
+void tst_player::reader_closed_leavesNoData()
 {
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(2ms));
     openOnReady();
@@ -275,7 +275,7 @@ void tst_player::reader_left_leavesNothingBehind()
     QCOMPARE(frameNumbers(m_reader->received).first(), playedBeforeOpen);
 }
 
-void tst_player::reader_leftAndBackWithinAPeriod_findsNothing()
+void tst_player::reader_reopenedWithinAPeriod_findsNoData()
 {
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(60s));
     openOnReady();
@@ -297,7 +297,7 @@ void tst_player::line_full_dropsWholeReadings()
     connect(
         m_player.get(), &Player::ready, m_reader.get(), [this] { m_reader->setReading(false); });
     m_player->start();
-    QVERIFY(comesTrue([this] { return m_played >= 2 * kFramesThatFit; }));
+    QVERIFY(waitUntil([this] { return m_played >= 2 * kFramesThatFit; }));
     m_reader->setReading(true);
     const auto numbers = [this] { return frameNumbers(m_reader->received); };
     QTRY_VERIFY(!numbers().isEmpty() && numbers().constLast() >= 2 * kFramesThatFit);
@@ -307,7 +307,7 @@ void tst_player::line_full_dropsWholeReadings()
     QVERIFY2(numbers().size() < 2 * kFramesThatFit, qPrintable(QString::number(numbers().size())));
 }
 
-void tst_player::line_flatOut_losesNothing()
+void tst_player::line_periodZero_losesNothing()
 {
     constexpr int kFrames = 9999;
     Options options = withPeriod(0ms);
@@ -325,22 +325,22 @@ void tst_player::line_flatOut_losesNothing()
     }
 }
 
-void tst_player::requests_fromReader_areTakenAndIgnored()
+void tst_player::requests_fromReader_areReadAndIgnored()
 {
-    constexpr int kRequests = 10000; // far more than a line keeps
+    constexpr int kRequests = 10000; // far more than a line can buffer
     const QByteArray request = QByteArray::fromHex("3a00410000ac110d");
     create(std::make_unique<NumberedScenario>(&m_played), withPeriod(5ms));
     openOnReady();
     m_player->start();
     for (int i = 0; i < kRequests; ++i) {
-        QVERIFY(m_reader->send(request) || comesTrue([&] { return m_reader->send(request); }));
+        QVERIFY(m_reader->send(request) || waitUntil([&] { return m_reader->send(request); }));
     }
     const qsizetype before = m_reader->received.size();
     QTRY_VERIFY(m_reader->received.size() >= before + 5 * kFrameSize);
     QVERIFY(!frameNumbers(m_reader->received).contains(-1));
 }
 
-void tst_player::unplugging_always_hangsUpAndComesBack()
+void tst_player::unplugging_hangsUpAndReturns()
 {
     create(
         script({{Transmission{"a"}}, {Unplugging{200ms}}, {Transmission{"b"}}}), withPeriod(100ms));
@@ -355,7 +355,7 @@ void tst_player::unplugging_always_hangsUpAndComesBack()
     QCOMPARE(m_reader->received, QByteArray("ab"));
 }
 
-void tst_player::unplugging_flatOut_waitsForReader()
+void tst_player::unplugging_periodZero_waitsForReader()
 {
     create(
         script({{Transmission{"a"}, 2}, {Unplugging{1ms}}, {Transmission{"b"}}}), withPeriod(0ms));
@@ -368,7 +368,7 @@ void tst_player::unplugging_flatOut_waitsForReader()
     QCOMPARE(m_reader->received, QByteArray("aab"));
 }
 
-void tst_player::unplugging_linked_removesAndRenewsLink()
+void tst_player::unplugging_linked_removesAndRestoresLink()
 {
     const QTemporaryDir folder;
     Options options = withPeriod(5ms);

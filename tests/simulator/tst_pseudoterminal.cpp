@@ -15,21 +15,21 @@ class tst_pseudoterminal : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void open_noDescriptorsLeft_tellsReason();
+    void open_noDescriptorsLeft_reportsReason();
     void path_followsOpening();
     void write_anyByte_arrivesUnchanged();
-    void write_beforeReaderIsThere_isKept();
-    void write_fullLine_takesPartAndKeepsOrder();
+    void write_beforeReaderOpens_isKept();
+    void write_fullLine_acceptsPartAndKeepsOrder();
     void unread_followsReader();
     void readerPresent_followsReaders();
-    void readerPresent_nobodyThere_discardsUnread();
-    void readerLeft_afterAsking_makesDescriptorReadable();
-    void unread_withoutOwnHold_isStillTold();
-    void drain_givesWhatReaderSent();
+    void readerPresent_noReader_discardsUnread();
+    void readerClosed_afterQuery_makesDescriptorReadable();
+    void unread_withoutOwnDescriptor_isReturned();
+    void drain_returnsDataFromReader();
     void close_readerSeesHangUp();
 };
 
-void tst_pseudoterminal::open_noDescriptorsLeft_tellsReason()
+void tst_pseudoterminal::open_noDescriptorsLeft_reportsReason()
 {
     rlimit before{};
     QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
@@ -72,7 +72,7 @@ void tst_pseudoterminal::write_anyByte_arrivesUnchanged()
     QCOMPARE(terminal.drain(), QByteArray());
 }
 
-void tst_pseudoterminal::write_beforeReaderIsThere_isKept()
+void tst_pseudoterminal::write_beforeReaderOpens_isKept()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -86,22 +86,22 @@ void tst_pseudoterminal::write_beforeReaderIsThere_isKept()
     QTRY_COMPARE(reader.received, QByteArray("H008501500\rH0"));
 }
 
-void tst_pseudoterminal::write_fullLine_takesPartAndKeepsOrder()
+void tst_pseudoterminal::write_fullLine_acceptsPartAndKeepsOrder()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
     const QByteArray block = QByteArray("0123456789").repeated(100000);
-    const qsizetype taken = terminal.write(block);
-    QVERIFY(taken > 0 && taken < block.size());
+    const qsizetype written = terminal.write(block);
+    QVERIFY(written > 0 && written < block.size());
     qsizetype more = 0;
     for (qsizetype size = 1; size > 0; more += size) {
-        size = terminal.write(QByteArrayView(block).sliced(taken + more));
+        size = terminal.write(QByteArrayView(block).sliced(written + more));
         QVERIFY(size >= 0);
     }
     LineReader reader;
     QVERIFY(reader.open(terminal.path()));
-    QTRY_COMPARE(reader.received.size(), taken + more);
-    QCOMPARE(reader.received, block.left(taken + more));
+    QTRY_COMPARE(reader.received.size(), written + more);
+    QCOMPARE(reader.received, block.left(written + more));
     QTRY_VERIFY(terminal.write("x") == 1);
 }
 
@@ -138,7 +138,7 @@ void tst_pseudoterminal::readerPresent_followsReaders()
     QCOMPARE(first.hangUps, 0);
 }
 
-void tst_pseudoterminal::readerPresent_nobodyThere_discardsUnread()
+void tst_pseudoterminal::readerPresent_noReader_discardsUnread()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -153,7 +153,7 @@ void tst_pseudoterminal::readerPresent_nobodyThere_discardsUnread()
     QTRY_COMPARE(reader.received, QByteArray("new"));
 }
 
-void tst_pseudoterminal::readerLeft_afterAsking_makesDescriptorReadable()
+void tst_pseudoterminal::readerClosed_afterQuery_makesDescriptorReadable()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -173,7 +173,7 @@ void tst_pseudoterminal::readerLeft_afterAsking_makesDescriptorReadable()
     QCOMPARE(notices, 1);
 }
 
-void tst_pseudoterminal::unread_withoutOwnHold_isStillTold()
+void tst_pseudoterminal::unread_withoutOwnDescriptor_isReturned()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());
@@ -186,7 +186,7 @@ void tst_pseudoterminal::unread_withoutOwnHold_isStillTold()
     QVERIFY(terminal.readerPresent());
 }
 
-void tst_pseudoterminal::drain_givesWhatReaderSent()
+void tst_pseudoterminal::drain_returnsDataFromReader()
 {
     PseudoTerminal terminal;
     QVERIFY(terminal.open());

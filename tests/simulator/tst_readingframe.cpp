@@ -12,7 +12,7 @@ class tst_readingframe : public QObject
 private Q_SLOTS:
     void frame_anyReading_hasLayout_data();
     void frame_anyReading_hasLayout();
-    void frame_fields_standAsGiven();
+    void frame_fields_areSentUnchanged();
 };
 
 void tst_readingframe::frame_anyReading_hasLayout_data()
@@ -36,7 +36,7 @@ void tst_readingframe::frame_anyReading_hasLayout()
     QTEST(readingFrame({static_cast<Channel>(channel), first, second}), "bytes");
 }
 
-void tst_readingframe::frame_fields_standAsGiven()
+void tst_readingframe::frame_fields_areSentUnchanged()
 {
     QCOMPARE(
         readingFrame(static_cast<Channel>('5'), "12:4", "\xFF---"), QByteArray("H512:4\xFF---\r"));

@@ -16,12 +16,12 @@ class tst_scenariofactory : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void make_builtInName_givesThatScenario();
-    void make_seed_reachesTheScenario();
+    void make_builtInName_returnsThatScenario();
+    void make_seed_isPassedToTheScenario();
     void make_scenarioFile_isParsed();
     void make_dayFile_isParsed();
-    void make_badFile_tellsFileAndLine();
-    void make_missingFile_tellsReason();
+    void make_badFile_reportsFileAndLine();
+    void make_missingFile_reportsReason();
 
 private:
     [[nodiscard]] QString written(const QByteArray &text);
@@ -36,7 +36,7 @@ QString tst_scenariofactory::written(const QByteArray &text)
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? path : QString();
 }
 
-void tst_scenariofactory::make_builtInName_givesThatScenario()
+void tst_scenariofactory::make_builtInName_returnsThatScenario()
 {
     Options options;
     QVERIFY(dynamic_cast<WeatherScenario *>(makeScenario(options).scenario.get()) != nullptr);
@@ -46,7 +46,7 @@ void tst_scenariofactory::make_builtInName_givesThatScenario()
     QVERIFY(dynamic_cast<FaultsScenario *>(makeScenario(options).scenario.get()) != nullptr);
 }
 
-void tst_scenariofactory::make_seed_reachesTheScenario()
+void tst_scenariofactory::make_seed_isPassedToTheScenario()
 {
     for (const char *name : {"weather", "errors", "faults"}) {
         Options options;
@@ -80,7 +80,7 @@ void tst_scenariofactory::make_dayFile_isParsed()
     QVERIFY(!result.scenario->next());
 }
 
-void tst_scenariofactory::make_badFile_tellsFileAndLine()
+void tst_scenariofactory::make_badFile_reportsFileAndLine()
 {
     Options options;
     options.scenario = written("\njump\n");
@@ -89,7 +89,7 @@ void tst_scenariofactory::make_badFile_tellsFileAndLine()
     QCOMPARE(result.error, options.scenario + QStringLiteral(":2: there is no command \"jump\""));
 }
 
-void tst_scenariofactory::make_missingFile_tellsReason()
+void tst_scenariofactory::make_missingFile_reportsReason()
 {
     Options options;
     options.scenario = m_folder.filePath(QStringLiteral("none"));

@@ -29,18 +29,18 @@ class tst_scriptscenario : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void steps_withTimes_comeThatOften();
-    void end_withoutRepeat_isToldAgainAndAgain();
-    void end_withRepeat_startsAnew();
+    void steps_withTimes_areRepeated();
+    void end_withoutRepeat_isReturnedRepeatedly();
+    void end_withRepeat_restarts();
 };
 
-void tst_scriptscenario::steps_withTimes_comeThatOften()
+void tst_scriptscenario::steps_withTimes_areRepeated()
 {
     QCOMPARE(played({{{Transmission{"a"}, 2}, {Transmission{"b"}, 1}, {Transmission{"c"}, 3}}}, 20),
         QByteArray("aabccc."));
 }
 
-void tst_scriptscenario::end_withoutRepeat_isToldAgainAndAgain()
+void tst_scriptscenario::end_withoutRepeat_isReturnedRepeatedly()
 {
     ScriptScenario scenario({{{Silence{5ms}}}});
     QVERIFY(scenario.next() == Step(Silence{5ms}));
@@ -48,7 +48,7 @@ void tst_scriptscenario::end_withoutRepeat_isToldAgainAndAgain()
     QVERIFY(!scenario.next());
 }
 
-void tst_scriptscenario::end_withRepeat_startsAnew()
+void tst_scriptscenario::end_withRepeat_restarts()
 {
     QCOMPARE(
         played({{{Transmission{"a"}, 2}, {Transmission{"b"}, 1}}, true}, 7), QByteArray("aabaaba"));

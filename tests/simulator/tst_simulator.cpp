@@ -16,7 +16,7 @@ namespace {
 constexpr qsizetype kFrameSize = 11;
 constexpr int kLongRunMs = 30000;
 
-// The program at work, with a reader that opens every pseudo-terminal it announces.
+// Runs the program with a reader that opens each pseudo-terminal when it is ready.
 class Simulator : public QObject
 {
 public:
@@ -49,13 +49,13 @@ public:
     }
     Q_DISABLE_COPY_MOVE(Simulator)
 
-    [[nodiscard]] bool hasEnded() const { return process.state() == QProcess::NotRunning; }
-    [[nodiscard]] bool endedWith(int exitCode) const
+    [[nodiscard]] bool hasExited() const { return process.state() == QProcess::NotRunning; }
+    [[nodiscard]] bool exitedWith(int exitCode) const
     {
-        return hasEnded() && process.exitStatus() == QProcess::NormalExit
+        return hasExited() && process.exitStatus() == QProcess::NormalExit
             && process.exitCode() == exitCode;
     }
-    [[nodiscard]] QString complaint()
+    [[nodiscard]] QString errorOutput()
     {
         return QString::fromLocal8Bit(process.readAllStandardError());
     }
@@ -81,23 +81,23 @@ class tst_simulator : public QObject
 private Q_SLOTS:
     void initTestCase();
 
-    void help_asked_isPrinted();
-    void options_bad_endWithTwo_data();
-    void options_bad_endWithTwo();
-    void scenarioFile_bad_endsWithTwo();
-    void link_impossible_endsWithOne();
+    void help_requested_isPrinted();
+    void options_bad_exitWithTwo_data();
+    void options_bad_exitWithTwo();
+    void scenarioFile_bad_exitsWithTwo();
+    void link_impossible_exitsWithOne();
     void bytes_sameSeed_areTheSame_data();
     void bytes_sameSeed_areTheSame();
     void scenario_default_isWeather();
-    void count_reached_endsWithZero();
-    void count_nobodyReads_endsWithZero();
+    void count_reached_exitsWithZero();
+    void count_noReader_exitsWithZero();
     void scenarioFile_good_isPlayed();
-    void replay_dayFile_givesItsReadings();
-    void delivery_bytes_keepsPaceOfLine();
-    void link_whileRunning_namesTerminal();
-    void unplugging_linked_renewsLinkAndSaysReady();
-    void signal_whileRunning_endsWithZeroAndRemovesLink_data();
-    void signal_whileRunning_endsWithZeroAndRemovesLink();
+    void replay_dayFile_sendsItsReadings();
+    void delivery_bytes_hasLineSpeed();
+    void link_whileRunning_pointsToTerminal();
+    void unplugging_linked_restoresLinkAndReportsReady();
+    void signal_whileRunning_exitsWithZeroAndRemovesLink_data();
+    void signal_whileRunning_exitsWithZeroAndRemovesLink();
 
 private:
     [[nodiscard]] QString written(const QByteArray &text);
@@ -119,19 +119,19 @@ QString tst_simulator::written(const QByteArray &text)
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? path : QString();
 }
 
-void tst_simulator::help_asked_isPrinted()
+void tst_simulator::help_requested_isPrinted()
 {
     Simulator simulator({QStringLiteral("--help")});
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
     QVERIFY(simulator.output.contains(QStringLiteral("--scenario <NAME|FILE>")));
     QVERIFY(simulator.output.contains(QStringLiteral("reading CHANNEL FIRST SECOND [xN]")));
     QVERIFY(simulator.paths.isEmpty());
 }
 
-void tst_simulator::options_bad_endWithTwo_data()
+void tst_simulator::options_bad_exitWithTwo_data()
 {
     QTest::addColumn<QString>("arguments");
-    QTest::addColumn<QString>("complaint");
+    QTest::addColumn<QString>("errorOutput");
 
     QTest::newRow("unknown option")
         << QStringLiteral("--fast") << QStringLiteral("ork2-simulator: Unknown option 'fast'.\n");
@@ -145,28 +145,28 @@ void tst_simulator::options_bad_endWithTwo_data()
                           "No such file or directory\n");
 }
 
-void tst_simulator::options_bad_endWithTwo()
+void tst_simulator::options_bad_exitWithTwo()
 {
     QFETCH(QString, arguments);
     Simulator simulator(words(arguments));
-    QTRY_VERIFY(simulator.endedWith(2));
-    QTEST(simulator.complaint(), "complaint");
+    QTRY_VERIFY(simulator.exitedWith(2));
+    QTEST(simulator.errorOutput(), "errorOutput");
     QCOMPARE(simulator.output, QString());
 }
 
-void tst_simulator::scenarioFile_bad_endsWithTwo()
+void tst_simulator::scenarioFile_bad_exitsWithTwo()
 {
     const QString path = written("reading 0 1 2\nreading 0 1\n");
     Simulator simulator({QStringLiteral("--scenario"), path});
-    QTRY_VERIFY(simulator.endedWith(2));
-    QVERIFY(simulator.complaint().startsWith(QStringLiteral("ork2-simulator: %1:2: ").arg(path)));
+    QTRY_VERIFY(simulator.exitedWith(2));
+    QVERIFY(simulator.errorOutput().startsWith(QStringLiteral("ork2-simulator: %1:2: ").arg(path)));
 }
 
-void tst_simulator::link_impossible_endsWithOne()
+void tst_simulator::link_impossible_exitsWithOne()
 {
     Simulator simulator(words(QStringLiteral("--link /nowhere/port")));
-    QTRY_VERIFY(simulator.endedWith(1));
-    QCOMPARE(simulator.complaint(),
+    QTRY_VERIFY(simulator.exitedWith(1));
+    QCOMPARE(simulator.errorOutput(),
         QStringLiteral("ork2-simulator: cannot link /nowhere/port: No such file or directory\n"));
 }
 
@@ -176,7 +176,7 @@ void tst_simulator::bytes_sameSeed_areTheSame_data()
     QTest::addColumn<int>("count");
     QTest::newRow("weather") << QStringLiteral("weather") << 600;
     QTest::newRow("errors") << QStringLiteral("errors") << 600;
-    // Not as far as the first unplugging, which takes bytes with it that have not been read yet.
+    // Ends before the first unplugging, which discards unread bytes.
     QTest::newRow("faults") << QStringLiteral("faults") << 50;
 }
 
@@ -189,7 +189,7 @@ void tst_simulator::bytes_sameSeed_areTheSame()
                                       .arg(scenario)
                                       .arg(count)
                                       .arg(seed)));
-        [&simulator] { QTRY_VERIFY_WITH_TIMEOUT(simulator.endedWith(0), kLongRunMs); }();
+        [&simulator] { QTRY_VERIFY_WITH_TIMEOUT(simulator.exitedWith(0), kLongRunMs); }();
         return simulator.reader.received;
     };
     const QByteArray first = play(4);
@@ -201,25 +201,25 @@ void tst_simulator::bytes_sameSeed_areTheSame()
 void tst_simulator::scenario_default_isWeather()
 {
     Simulator implied(words(QStringLiteral("--period 0 --count 100")));
-    QTRY_VERIFY(implied.endedWith(0));
+    QTRY_VERIFY(implied.exitedWith(0));
     Simulator named(words(QStringLiteral("--scenario weather --seed 1 --period 0 --count 100")));
-    QTRY_VERIFY(named.endedWith(0));
+    QTRY_VERIFY(named.exitedWith(0));
     QCOMPARE(implied.reader.received, named.reader.received);
 }
 
-void tst_simulator::count_reached_endsWithZero()
+void tst_simulator::count_reached_exitsWithZero()
 {
     Simulator simulator(words(QStringLiteral("--period 0 --count 7")));
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
     QCOMPARE(simulator.reader.received.size(), 7 * kFrameSize);
     QCOMPARE(simulator.output, QStringLiteral("ready %1\n").arg(simulator.paths.value(0)));
-    QCOMPARE(simulator.complaint(), QString());
+    QCOMPARE(simulator.errorOutput(), QString());
 }
 
-void tst_simulator::count_nobodyReads_endsWithZero()
+void tst_simulator::count_noReader_exitsWithZero()
 {
     Simulator simulator(words(QStringLiteral("--period 1 --count 700")), false);
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
 }
 
 void tst_simulator::scenarioFile_good_isPlayed()
@@ -227,11 +227,11 @@ void tst_simulator::scenarioFile_good_isPlayed()
     const QString path = written("reading 0 850 1500 x2\nbytes 48 0D\nsilence 20\nrepeat\n");
     Simulator simulator({QStringLiteral("--scenario"), path, QStringLiteral("--period"),
         QStringLiteral("0"), QStringLiteral("--count"), QStringLiteral("4")});
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
     QCOMPARE(simulator.reader.received, QByteArray("H008501500\rH008501500\rH\rH008501500\r"));
 }
 
-void tst_simulator::replay_dayFile_givesItsReadings()
+void tst_simulator::replay_dayFile_sendsItsReadings()
 {
     const QString path = written("Номер прибора: 17\r\n"
                                  "Время:\tПервый слой облаков:\tВторой слой облаков:\tКанал:\t\r\n"
@@ -239,11 +239,11 @@ void tst_simulator::replay_dayFile_givesItsReadings()
                                  "\r\n12:01:00\t8888\t8888\tРезерв");
     Simulator simulator(
         {QStringLiteral("--replay"), path, QStringLiteral("--period"), QStringLiteral("0")});
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
     QCOMPARE(simulator.reader.received, QByteArray("H008505000\rH188888888\r"));
 }
 
-void tst_simulator::delivery_bytes_keepsPaceOfLine()
+void tst_simulator::delivery_bytes_hasLineSpeed()
 {
     constexpr int kFrames = 40;
     constexpr qint64 kLineTimeMs = 1000LL * kFrames * kFrameSize / 960;
@@ -255,10 +255,10 @@ void tst_simulator::delivery_bytes_keepsPaceOfLine()
     const qint64 elapsed = timer.elapsed();
     QVERIFY2(
         elapsed >= kLineTimeMs && elapsed < 8 * kLineTimeMs, qPrintable(QString::number(elapsed)));
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
 }
 
-void tst_simulator::link_whileRunning_namesTerminal()
+void tst_simulator::link_whileRunning_pointsToTerminal()
 {
     Simulator simulator({QStringLiteral("--link"), m_link});
     QTRY_COMPARE(simulator.paths.size(), 1);
@@ -267,7 +267,7 @@ void tst_simulator::link_whileRunning_namesTerminal()
     QVERIFY(byLink.open(m_link));
 }
 
-void tst_simulator::unplugging_linked_renewsLinkAndSaysReady()
+void tst_simulator::unplugging_linked_restoresLinkAndReportsReady()
 {
     const QString path = written("reading 0 1 2\nunplug 100\nreading 0 3 4\n");
     Simulator simulator({QStringLiteral("--scenario"), path, QStringLiteral("--period"),
@@ -275,23 +275,23 @@ void tst_simulator::unplugging_linked_renewsLinkAndSaysReady()
     QTRY_COMPARE(simulator.paths.size(), 1);
     QTRY_COMPARE(simulator.paths.size(), 2);
     QCOMPARE(QFile::symLinkTarget(m_link), simulator.paths.last());
-    QTRY_VERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.exitedWith(0));
     QVERIFY(!QFileInfo(m_link).isSymLink());
 }
 
-void tst_simulator::signal_whileRunning_endsWithZeroAndRemovesLink_data()
+void tst_simulator::signal_whileRunning_exitsWithZeroAndRemovesLink_data()
 {
     QTest::addColumn<int>("number");
     QTest::addColumn<QString>("arguments");
 
     QTest::newRow("interrupt") << SIGINT << QStringLiteral("--period 1000");
     QTest::newRow("terminate") << SIGTERM << QStringLiteral("--period 1000");
-    QTest::newRow("terminate, flat out") << SIGTERM << QStringLiteral("--period 0");
+    QTest::newRow("terminate, period 0") << SIGTERM << QStringLiteral("--period 0");
     QTest::newRow("interrupt, byte by byte")
         << SIGINT << QStringLiteral("--period 0 --delivery bytes");
 }
 
-void tst_simulator::signal_whileRunning_endsWithZeroAndRemovesLink()
+void tst_simulator::signal_whileRunning_exitsWithZeroAndRemovesLink()
 {
     QFETCH(int, number);
     QFETCH(QString, arguments);
@@ -299,10 +299,10 @@ void tst_simulator::signal_whileRunning_endsWithZeroAndRemovesLink()
     QTRY_COMPARE(simulator.paths.size(), 1);
     QVERIFY(QFileInfo(m_link).isSymLink());
     simulator.signal(number);
-    QTRY_VERIFY(simulator.hasEnded());
-    QVERIFY(simulator.endedWith(0));
+    QTRY_VERIFY(simulator.hasExited());
+    QVERIFY(simulator.exitedWith(0));
     QVERIFY(!QFileInfo(m_link).isSymLink());
-    QCOMPARE(simulator.complaint(), QString());
+    QCOMPARE(simulator.errorOutput(), QString());
 }
 
 QTEST_GUILESS_MAIN(tst_simulator)

@@ -14,12 +14,12 @@ class tst_terminallink : public QObject
 
 private Q_SLOTS:
     void init();
-    void pointTo_freePath_makesLink();
+    void pointTo_freePath_createsLink();
     void pointTo_existingLink_replacesIt();
     void pointTo_existingFile_isRefused();
-    void pointTo_missingFolder_tellsReason();
+    void pointTo_missingFolder_reportsReason();
     void destruction_ownLink_removesIt();
-    void destruction_foreignLink_leavesIt();
+    void destruction_changedLink_keepsIt();
 
 private:
     [[nodiscard]] QStringList folderEntries() const;
@@ -40,7 +40,7 @@ QStringList tst_terminallink::folderEntries() const
     return QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
 }
 
-void tst_terminallink::pointTo_freePath_makesLink()
+void tst_terminallink::pointTo_freePath_createsLink()
 {
     TerminalLink link(m_path);
     QVERIFY2(link.pointTo(QStringLiteral("/dev/null")), qPrintable(link.errorString()));
@@ -74,7 +74,7 @@ void tst_terminallink::pointTo_existingFile_isRefused()
     QVERIFY(!QFileInfo(m_path).isSymLink());
 }
 
-void tst_terminallink::pointTo_missingFolder_tellsReason()
+void tst_terminallink::pointTo_missingFolder_reportsReason()
 {
     const QString path = m_folder->filePath(QStringLiteral("none/link"));
     TerminalLink link(path);
@@ -92,7 +92,7 @@ void tst_terminallink::destruction_ownLink_removesIt()
     QCOMPARE(folderEntries(), QStringList());
 }
 
-void tst_terminallink::destruction_foreignLink_leavesIt()
+void tst_terminallink::destruction_changedLink_keepsIt()
 {
     {
         TerminalLink link(m_path);

@@ -38,12 +38,12 @@ class tst_weatherscenario : public QObject
 private Q_SLOTS:
     void steps_sameSeed_areTheSame();
     void steps_otherSeed_differ();
-    void steps_always_areReadings();
-    void heights_ofClouds_stayPlausible();
+    void steps_areReadings();
+    void heights_ofClouds_arePlausible();
     void base_fromReadingToReading_driftsSlowly();
-    void sky_overHours_clearsInBothWays();
-    void secondLayer_overHours_comesAndGoes();
-    void channel_overHours_changesNowAndThen();
+    void sky_overHours_isClearWithBothValues();
+    void secondLayer_overHours_isTemporary();
+    void channel_overHours_changesOccasionally();
 };
 
 void tst_weatherscenario::steps_sameSeed_areTheSame()
@@ -56,7 +56,7 @@ void tst_weatherscenario::steps_otherSeed_differ()
     QVERIFY(readings(3) != readings(4));
 }
 
-void tst_weatherscenario::steps_always_areReadings()
+void tst_weatherscenario::steps_areReadings()
 {
     WeatherScenario scenario(1);
     WeatherScenario twin(1);
@@ -67,7 +67,7 @@ void tst_weatherscenario::steps_always_areReadings()
     }
 }
 
-void tst_weatherscenario::heights_ofClouds_stayPlausible()
+void tst_weatherscenario::heights_ofClouds_arePlausible()
 {
     for (const Reading &reading : readings(1)) {
         if (isClear(reading)) {
@@ -83,7 +83,7 @@ void tst_weatherscenario::heights_ofClouds_stayPlausible()
 
 void tst_weatherscenario::base_fromReadingToReading_driftsSlowly()
 {
-    int lowest = kHighestHeight;
+    int lowest = kMaxHeight;
     int highest = 0;
     const std::vector<Reading> all = readings(1);
     for (std::size_t i = 1; i < all.size(); ++i) {
@@ -97,7 +97,7 @@ void tst_weatherscenario::base_fromReadingToReading_driftsSlowly()
     QVERIFY(highest - lowest > 1000);
 }
 
-void tst_weatherscenario::sky_overHours_clearsInBothWays()
+void tst_weatherscenario::sky_overHours_isClearWithBothValues()
 {
     int clouds = 0;
     int sentAsZero = 0;
@@ -112,7 +112,7 @@ void tst_weatherscenario::sky_overHours_clearsInBothWays()
     QVERIFY(clouds > 2 * (sentAsZero + sentAsLimit));
 }
 
-void tst_weatherscenario::secondLayer_overHours_comesAndGoes()
+void tst_weatherscenario::secondLayer_overHours_isTemporary()
 {
     int changes = 0;
     bool present = true;
@@ -126,7 +126,7 @@ void tst_weatherscenario::secondLayer_overHours_comesAndGoes()
     QVERIFY2(changes > 20 && changes < 500, qPrintable(QString::number(changes)));
 }
 
-void tst_weatherscenario::channel_overHours_changesNowAndThen()
+void tst_weatherscenario::channel_overHours_changesOccasionally()
 {
     int changes = 0;
     int onReserve = 0;

@@ -3,7 +3,7 @@
 
 #include "readingframe.h"
 
-// Frames that can be told from each other: the number, 0 or more, decides the first height.
+// Distinguishable frames: the first height depends on the number, which is 0 or greater.
 inline int firstHeight(int number)
 {
     return number % 2999 + 1;

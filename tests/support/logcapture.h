@@ -5,7 +5,7 @@
 #include <QStringList>
 #include <QtGlobal>
 
-// Keeps the debug log of its lifetime; messages of all threads. One at a time.
+// Records the debug log of all threads during its lifetime. Only one object may exist at a time.
 class LogCapture
 {
 public:

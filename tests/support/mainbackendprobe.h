@@ -8,7 +8,7 @@
 
 #include <QThread>
 
-// What the controller keeps to itself, for tests.
+// Gives tests access to private members of the controller.
 class MainBackEndProbe
 {
 public:
@@ -34,7 +34,7 @@ public:
     [[nodiscard]] bool workerRunning() const { return m_backEnd.m_workerRunning; }
 
     void setClock(QDateTime (*now)()) { m_backEnd.m_now = now; }
-    // In place of the machine's ports.
+    // Replaces the ports of this machine.
     void setPorts(const QList<ork2::PresentPort> &ports)
     {
         s_ports = ports;
@@ -47,7 +47,7 @@ public:
     bool searchPort() { return m_backEnd.comSearch(); }
     void message(const QString &text) { m_backEnd.on_error(text); }
 
-    // Ends the worker as only a test needs it: the program leaves it to the end of the process.
+    // Ends the worker thread. Only tests need this: the program keeps it running until the exit.
     void endWorker()
     {
         QMetaObject::invokeMethod(comPort(), "DisconnectPort", Qt::BlockingQueuedConnection);

@@ -4,8 +4,8 @@
 #include <QByteArrayList>
 #include <QMetaMethod>
 
-// Signatures of a class's own signals and slots in their declared order, which is part of the
-// interface of the classes that documents and strings refer to.
+// Returns the signatures of the signals and slots of a class in their declared order, which is part
+// of the interface of classes used by QML documents and signature strings.
 inline QByteArrayList methodSignatures(const QMetaObject &meta)
 {
     QByteArrayList signatures;

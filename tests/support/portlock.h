@@ -4,9 +4,9 @@
 #include <QFile>
 #include <QString>
 
-// Whether the toolkit's lock file says that a device, named by its full path, is in use.
+// Returns whether Qt's lock file of the device exists. The path must be absolute.
 inline bool portIsLocked(const QString &path)
 {
-    const QString device = path.mid(5).replace(u'/', u'_'); // behind "/dev/"
+    const QString device = path.mid(5).replace(u'/', u'_'); // after "/dev/"
     return QFile::exists(QStringLiteral("/var/lock/LCK..") + device);
 }

@@ -7,14 +7,14 @@
 #include <QFileInfo>
 #include <QtTest/QtTest>
 
-// The settings store of a test, which CTest puts into a folder of the build tree.
+// The settings store of a test, which CTest places in the build tree.
 namespace profile {
 
-// A test started by hand would otherwise write into the user's own store.
+// A test that is started manually would otherwise modify the user's settings.
 inline void requirePrivateStore()
 {
     if (qEnvironmentVariableIsEmpty("XDG_CONFIG_HOME")) {
-        qFatal("Start this test through ctest: it needs a settings store of its own");
+        qFatal("Start this test with ctest, which provides a separate settings store");
     }
 }
 

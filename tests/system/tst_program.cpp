@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program as it ships, in a process of its own on a real window.
-#include "patience.h"
+// Tests the program in a separate process with a real window.
 #include "portlock.h"
 #include "profile.h"
 #include "pseudoterminal.h"
+#include "timeout.h"
 
 #include <QFile>
 #include <QHash>
@@ -19,7 +19,7 @@
 namespace {
 
 const QString kTitle = QStringLiteral("Измеритель высоты облаков ОРК-2");
-// From the right 90, from the bottom of the 900 x 750 window 68.
+// 90 pixels from the right and 68 from the bottom of the 900 x 750 window.
 constexpr QPoint kStartButton(810, 682);
 constexpr int kRoundsOfExit = 50;
 
@@ -27,11 +27,11 @@ QString run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     process.start(program, arguments);
-    process.waitForFinished(kPatienceMs);
+    process.waitForFinished(kTimeoutMs);
     return QString::fromUtf8(process.readAllStandardOutput()).trimmed();
 }
 
-// Empty: there is none.
+// Returns the id of a visible window, or an empty text if there is none.
 QString shownWindow(const QString &title)
 {
     return run(QStringLiteral("xdotool"),
@@ -50,26 +50,25 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
-    void measurement_running_closingEndsWithZero_50times();
-    void window_shown_carriesClassOfMenuEntry();
-    void readerOfTheLog_gone_programGoesOn();
-    void closing_anyState_endsWithZero_data();
-    void closing_anyState_endsWithZero();
-    void document_cannotBeLoaded_endsWithMinusOne();
+    void measurement_closed50Times_exitsWithZero();
+    void window_shown_hasClassOfMenuEntry();
+    void logReader_exits_programContinues();
+    void closing_anyState_exitsWithZero_data();
+    void closing_anyState_exitsWithZero();
+    void document_cannotBeLoaded_exitsWithMinusOne();
 
 private:
     void start();
     void click(const QString &window, const QPoint &place) const;
     [[nodiscard]] bool close(const QString &window, const std::function<bool()> &closed) const;
-    [[nodiscard]] bool hasEnded() const { return m_program->state() == QProcess::NotRunning; }
-    // Clicks until the log says so: a window that has just come up may miss a click.
-    [[nodiscard]] bool clickUntilTold(
+    [[nodiscard]] bool hasExited() const { return m_program->state() == QProcess::NotRunning; }
+    // Clicks until the log contains the text: a window that has just been shown may miss a click.
+    [[nodiscard]] bool clickUntilLogged(
         const QString &window, const QPoint &place, const QByteArray &text);
-    void checkEnd();
+    void checkExit();
     [[nodiscard]] QString findWindow(const QString &title = kTitle);
-    // Whether the toolkit's lock file says that the line is in use.
     [[nodiscard]] bool waitForLog(const char *text, int ms) const;
-    // What a sanitizer found; the worker's log goes on behind it.
+    // Returns the report of a sanitizer. The worker may continue to log after it.
     [[nodiscard]] QByteArray reports() const;
 
     QTemporaryDir m_folder;
@@ -86,7 +85,7 @@ void tst_program::init()
     profile::store(ork2::kPortToShow, m_line.path());
     profile::store(ork2::kNamePath, m_folder.path());
     m_frames.callOnTimeout([this] {
-        // Flat out: the worker is busy at every moment of the exit.
+        // As fast as possible, so that the worker is busy during the exit.
         while (m_line.write(QByteArrayLiteral("H112342345\r")) == 11) { }
     });
     m_frames.start(5);
@@ -115,7 +114,7 @@ QString tst_program::findWindow(const QString &title)
 {
     QString window;
     const bool found =
-        QTest::qWaitFor([&] { return !(window = shownWindow(title)).isEmpty(); }, kPatienceMs);
+        QTest::qWaitFor([&] { return !(window = shownWindow(title)).isEmpty(); }, kTimeoutMs);
     return found ? window : QString();
 }
 
@@ -128,17 +127,18 @@ void tst_program::click(const QString &window, const QPoint &place) const
             QStringLiteral("1")});
 }
 
-bool tst_program::clickUntilTold(const QString &window, const QPoint &place, const QByteArray &text)
+bool tst_program::clickUntilLogged(
+    const QString &window, const QPoint &place, const QByteArray &text)
 {
     return QTest::qWaitFor(
         [&] {
             click(window, place);
-            return waitForLog(text, kPatienceMs / 6);
+            return waitForLog(text, kTimeoutMs / 6);
         },
-        kPatienceMs);
+        kTimeoutMs);
 }
 
-// On a busy machine a key may come before the window manager listens; it is pressed until it works.
+// On a busy machine, the window manager may miss a key, so it is pressed until the window closes.
 bool tst_program::close(const QString &window, const std::function<bool()> &closed) const
 {
     return QTest::qWaitFor(
@@ -146,15 +146,15 @@ bool tst_program::close(const QString &window, const std::function<bool()> &clos
             run(QStringLiteral("xdotool"),
                 {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window,
                     QStringLiteral("key"), QStringLiteral("alt+F4")});
-            return QTest::qWaitFor(closed, kPatienceMs / 6);
+            return QTest::qWaitFor(closed, kTimeoutMs / 6);
         },
-        kPatienceMs);
+        kTimeoutMs);
 }
 
-// The program ended by itself, said nothing bad, and released the line.
-void tst_program::checkEnd()
+// Checks that the program exited normally, logged no errors and released the port.
+void tst_program::checkExit()
 {
-    QTRY_VERIFY_WITH_TIMEOUT(hasEnded(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(hasExited(), kTimeoutMs);
     const QByteArray end = reports() + m_log.right(1000);
     QVERIFY2(m_program->exitStatus() == QProcess::NormalExit, end);
     QVERIFY2(m_program->exitCode() == 0, end);
@@ -181,29 +181,29 @@ QByteArray tst_program::reports() const
     return found;
 }
 
-void tst_program::measurement_running_closingEndsWithZero_50times()
+void tst_program::measurement_closed50Times_exitsWithZero()
 {
     for (int round = 1; round <= kRoundsOfExit; ++round) {
         start();
         const QString window = findWindow();
         QVERIFY2(!window.isEmpty(), m_log.right(2000));
-        // A click too many would stop the measurement again.
-        QVERIFY(clickUntilTold(window, kStartButton, "Запускаем таймер"));
-        QVERIFY2(waitForLog("First layer of cloud altitude: 1234", kPatienceMs), m_log.right(2000));
+        // An additional click would stop the measurement.
+        QVERIFY(clickUntilLogged(window, kStartButton, "Запускаем таймер"));
+        QVERIFY2(waitForLog("First layer of cloud altitude: 1234", kTimeoutMs), m_log.right(2000));
         QVERIFY(portIsLocked(m_line.path()));
-        QVERIFY(close(window, [this] { return hasEnded(); }));
-        checkEnd();
+        QVERIFY(close(window, [this] { return hasExited(); }));
+        checkExit();
         if (QTest::currentTestFailed()) {
             QFAIL("round " + QByteArray::number(round));
         }
     }
 }
 
-void tst_program::closing_anyState_endsWithZero_data()
+void tst_program::closing_anyState_exitsWithZero_data()
 {
     QTest::addColumn<QString>("state");
     for (const char *state : {"splash screen", "stopped", "right after Start", "right after Stop",
-             "menu popped up", "port missing", "port not to be opened", "line pulled"}) {
+             "menu open", "port missing", "port cannot be opened", "line unplugged"}) {
         QTest::newRow(state) << QString::fromLatin1(state);
     }
     for (const char *panel : {"Параметры", "Номер прибора", "О нас...", "Панель управления"}) {
@@ -211,8 +211,8 @@ void tst_program::closing_anyState_endsWithZero_data()
     }
 }
 
-// ORK2_CLOSINGS says how often each state is played.
-void tst_program::closing_anyState_endsWithZero()
+// ORK2_CLOSINGS sets how often each state is tested.
+void tst_program::closing_anyState_exitsWithZero()
 {
     QFETCH(QString, state);
     static const QHash<QString, QList<QPoint>> clicksToPanel = {
@@ -224,12 +224,12 @@ void tst_program::closing_anyState_endsWithZero()
     static const QStringList modal = {QStringLiteral("Параметры"), QStringLiteral("Номер прибора")};
     const int rounds = qEnvironmentVariableIntValue("ORK2_CLOSINGS");
     if (rounds == 0) {
-        QSKIP("tests/endurance/user plays it: its clicks now and then take the window manager along");
+        QSKIP("run by tests/endurance/user: its clicks occasionally end the window manager");
     }
     for (int round = 1; round <= rounds; ++round) {
         if (state == u"port missing") {
             profile::store(ork2::kPortToShow, QStringLiteral("/dev/no-such-port"));
-        } else if (state == u"port not to be opened") {
+        } else if (state == u"port cannot be opened") {
             profile::store(ork2::kPortToShow, QStringLiteral("/dev/null"));
         } else {
             profile::store(ork2::kPortToShow, m_line.path());
@@ -241,8 +241,8 @@ void tst_program::closing_anyState_endsWithZero()
                     {QStringLiteral("search"), QStringLiteral("--onlyvisible"),
                         QStringLiteral("--class"), QStringLiteral("ork2-terminal")});
             };
-            QVERIFY2(QTest::qWaitFor([&] { return !search().isEmpty(); }, kPatienceMs),
-                QStringLiteral("round %1, program's state %2, it said: %3")
+            QVERIFY2(QTest::qWaitFor([&] { return !search().isEmpty(); }, kTimeoutMs),
+                QStringLiteral("round %1, state of the program %2, log: %3")
                     .arg(round)
                     .arg(m_program->state())
                     .arg(QString::fromUtf8(m_log.right(2000)))
@@ -254,23 +254,23 @@ void tst_program::closing_anyState_endsWithZero()
         }
         const QString window = findWindow();
         QVERIFY2(!window.isEmpty(), m_log.right(2000));
-        const bool measures = state == u"line pulled" || clicksToPanel.contains(state)
+        const bool measures = state == u"line unplugged" || clicksToPanel.contains(state)
             || state == u"right after Stop";
         if (measures) {
-            QVERIFY(clickUntilTold(window, kStartButton, "First layer of cloud altitude: 1234"));
+            QVERIFY(clickUntilLogged(window, kStartButton, "First layer of cloud altitude: 1234"));
         }
         if (state == u"right after Start") {
-            QVERIFY(clickUntilTold(window, kStartButton, "Запускаем таймер"));
+            QVERIFY(clickUntilLogged(window, kStartButton, "Запускаем таймер"));
         } else if (state == u"right after Stop") {
             click(window, kStartButton);
-        } else if (state == u"port missing" || state == u"port not to be opened") {
-            QVERIFY(clickUntilTold(window, kStartButton, "cpp: Msg: "));
-        } else if (state == u"menu popped up") {
+        } else if (state == u"port missing" || state == u"port cannot be opened") {
+            QVERIFY(clickUntilLogged(window, kStartButton, "cpp: Msg: "));
+        } else if (state == u"menu open") {
             click(window, {20, 10});
-        } else if (state == u"line pulled") {
+        } else if (state == u"line unplugged") {
             m_frames.stop();
             m_line.close();
-            QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("Закрыт!"), kPatienceMs);
+            QTRY_VERIFY_WITH_TIMEOUT(m_log.contains("Закрыт!"), kTimeoutMs);
         }
         for (const QPoint &place : clicksToPanel.value(state)) {
             click(window, place);
@@ -278,13 +278,13 @@ void tst_program::closing_anyState_endsWithZero()
         if (clicksToPanel.contains(state)) {
             const QString panel = findWindow(state);
             QVERIFY2(!panel.isEmpty(), m_log.right(2000));
-            if (modal.contains(state)) { // it keeps the main window from being closed before it
+            if (modal.contains(state)) { // the main window cannot be closed while it is open
                 QVERIFY(close(panel, [&] { return shownWindow(state).isEmpty(); }));
             }
         }
-        QVERIFY(close(window, [this] { return hasEnded(); }));
-        checkEnd();
-        if (state == u"line pulled") {
+        QVERIFY(close(window, [this] { return hasExited(); }));
+        checkExit();
+        if (state == u"line unplugged") {
             QVERIFY(m_line.open());
             m_frames.start();
         }
@@ -294,7 +294,7 @@ void tst_program::closing_anyState_endsWithZero()
     }
 }
 
-void tst_program::window_shown_carriesClassOfMenuEntry()
+void tst_program::window_shown_hasClassOfMenuEntry()
 {
     const QSettings entry(QStringLiteral(MENU_ENTRY), QSettings::IniFormat);
     const QString expected = entry.value(QStringLiteral("Desktop Entry/StartupWMClass")).toString();
@@ -307,7 +307,7 @@ void tst_program::window_shown_carriesClassOfMenuEntry()
     QCOMPARE(shown, QStringLiteral("WM_CLASS = \"%1\", \"%1\"").arg(expected));
 }
 
-void tst_program::readerOfTheLog_gone_programGoesOn()
+void tst_program::logReader_exits_programContinues()
 {
     QProcess reader;
     m_program.reset(new QProcess);
@@ -315,21 +315,21 @@ void tst_program::readerOfTheLog_gone_programGoesOn()
     m_program->setStandardOutputProcess(&reader);
     m_program->start(QStringLiteral(TERMINAL), QStringList());
     reader.start(QStringLiteral("true"), QStringList());
-    QVERIFY(reader.waitForFinished(kPatienceMs));
-    // The start logs a dozen lines before and after the window comes.
+    QVERIFY(reader.waitForFinished(kTimeoutMs));
+    // The program logs several lines before and after it shows the window.
     const QString window = findWindow();
     QVERIFY(!window.isEmpty());
     run(QStringLiteral("xdotool"),
         {QStringLiteral("windowactivate"), QStringLiteral("--sync"), window, QStringLiteral("key"),
             QStringLiteral("alt+F4")});
-    QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(m_program->state(), QProcess::NotRunning, kTimeoutMs);
     QCOMPARE(m_program->exitStatus(), QProcess::NormalExit);
     QCOMPARE(m_program->exitCode(), 0);
 }
 
-void tst_program::document_cannotBeLoaded_endsWithMinusOne()
+void tst_program::document_cannotBeLoaded_exitsWithMinusOne()
 {
-    // Beside a copy of the program, a qt.conf that hides the toolkit's QML modules.
+    // A copy of the program with a qt.conf that hides Qt's QML modules.
     const QString copy = m_folder.filePath(QStringLiteral("ork2-terminal"));
     QVERIFY(QFile::copy(QStringLiteral(TERMINAL), copy));
     QFile conf(m_folder.filePath(QStringLiteral("qt.conf")));
@@ -340,7 +340,7 @@ void tst_program::document_cannotBeLoaded_endsWithMinusOne()
     QProcess program;
     program.setProcessChannelMode(QProcess::MergedChannels);
     program.start(copy, QStringList());
-    QVERIFY(program.waitForFinished(kPatienceMs));
+    QVERIFY(program.waitForFinished(kTimeoutMs));
     const QByteArray output = program.readAll();
     QVERIFY2(program.exitStatus() == QProcess::NormalExit, output);
     QVERIFY2(static_cast<qint8>(program.exitCode()) == -1, output);

@@ -4,8 +4,8 @@
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -23,7 +23,7 @@ QList<WId> windowIds(const QStringList &xprop)
 {
     QProcess process;
     process.start(QStringLiteral("xprop"), xprop);
-    process.waitForFinished(kPatienceMs);
+    process.waitForFinished(kTimeoutMs);
     static const QRegularExpression number(QStringLiteral("0x[0-9a-f]+"));
     QList<WId> ids;
     auto found = number.globalMatch(QString::fromUtf8(process.readAllStandardOutput()));
@@ -131,25 +131,25 @@ void tst_stacking::modalWindow_itsOwnerRaised_staysAbove()
     QFETCH(const QByteArray, opener);
     QFETCH(const bool, ofPanel);
     QQuickWindow *panel = window("controlPanel");
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
     use("clicked");
-    QVERIFY(QTest::qWaitForWindowExposed(panel, kPatienceMs));
-    QTRY_VERIFY_WITH_TIMEOUT(isAbove(panel, m_window), kPatienceMs);
+    QVERIFY(QTest::qWaitForWindowExposed(panel, kTimeoutMs));
+    QTRY_VERIFY_WITH_TIMEOUT(isAbove(panel, m_window), kTimeoutMs);
     QWindow *owner = ofPanel ? panel : m_window;
     QWindow *other = ofPanel ? m_window : panel;
 
     use(opener);
     QWindow *modal = window(name);
-    QVERIFY(QTest::qWaitForWindowExposed(modal, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(modal, kTimeoutMs));
     QCOMPARE(ownerOf(modal), owner->winId());
-    QTRY_VERIFY_WITH_TIMEOUT(isAbove(modal, owner), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(isAbove(modal, owner), kTimeoutMs);
 
     // What the window manager does with a window that is clicked. The window that was above before
     // tells when it has been done.
     other->raise();
-    QTRY_VERIFY_WITH_TIMEOUT(isAbove(other, owner), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(isAbove(other, owner), kTimeoutMs);
     owner->raise();
-    QTRY_VERIFY_WITH_TIMEOUT(isAbove(owner, other), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(isAbove(owner, other), kTimeoutMs);
     QVERIFY(isAbove(modal, owner));
 }
 
@@ -167,15 +167,15 @@ void tst_stacking::window_minimised_comesBackWhenOpened()
 {
     QFETCH(const QByteArray, name);
     QFETCH(const QByteArray, opener);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
     use(opener);
     QQuickWindow *shown = window(name);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
 
     shown->showMinimized();
-    QTRY_VERIFY_WITH_TIMEOUT(!shown->isExposed(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!shown->isExposed(), kTimeoutMs);
     use(opener);
-    QTRY_VERIFY_WITH_TIMEOUT(shown->isExposed(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(shown->isExposed(), kTimeoutMs);
     QCOMPARE(shown->visibility(), QWindow::Windowed);
 }
 
@@ -190,8 +190,8 @@ void tst_stacking::window_openedAtOnce_staysOpen()
     QFETCH(const QByteArray, name);
     QFETCH(const QByteArray, opener);
     use(opener);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
-    QVERIFY(QTest::qWaitForWindowExposed(window(name), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
+    QVERIFY(QTest::qWaitForWindowExposed(window(name), kTimeoutMs));
     QVERIFY(window(name)->isVisible());
 }
 
@@ -207,13 +207,13 @@ void tst_stacking::independentWindow_mainWindowRaised_liesBehind()
 {
     QFETCH(const QByteArray, name);
     QFETCH(const QByteArray, opener);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
     use(opener);
     QQuickWindow *shown = window(name);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
-    QTRY_VERIFY_WITH_TIMEOUT(isAbove(shown, m_window), kPatienceMs);
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
+    QTRY_VERIFY_WITH_TIMEOUT(isAbove(shown, m_window), kTimeoutMs);
     m_window->raise();
-    QTRY_VERIFY_WITH_TIMEOUT(isAbove(m_window, shown), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(isAbove(m_window, shown), kTimeoutMs);
     // No modal window of the main window blocks it.
     QCOMPARE(shown->transientParent(), nullptr);
 }
@@ -224,10 +224,10 @@ void tst_stacking::mainWindow_closed_endsTheProgram()
         use(opener);
     }
     for (const char *name : {"aboutWindow", "controlPanel", "sWindow"}) {
-        QVERIFY(QTest::qWaitForWindowExposed(window(name), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(window(name), kTimeoutMs));
     }
     QTimer::singleShot(0, m_window, [this] { m_window->close(); });
-    QTimer::singleShot(kPatienceMs, qApp, [] { QCoreApplication::exit(1); });
+    QTimer::singleShot(kTimeoutMs, qApp, [] { QCoreApplication::exit(1); });
     QCOMPARE(QCoreApplication::exec(), 0);
 }
 

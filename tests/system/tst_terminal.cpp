@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The program's whole object graph in one process, on a played line: bytes in, window and file out.
+// Tests the complete object graph with a simulated line, from the received bytes to window and
+// file.
 #include "terminal.h"
 
 #include "documentitem.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
 #include "startup.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -35,7 +36,7 @@ const QByteArray kHeader = "Номер прибора: 17\r\n"
 
 } // namespace
 
-// Counts how often the picture that an item keeps of itself in its layer has to be drawn anew.
+// Counts how often the layer of an item is redrawn.
 class RedrawCount : public QObject
 {
     Q_OBJECT
@@ -43,7 +44,7 @@ class RedrawCount : public QObject
 public:
     explicit RedrawCount(QQuickItem &layered)
     {
-        // In the thread that draws, while the interface thread waits.
+        // Called in the render thread while the GUI thread is blocked.
         connect(
             layered.window(), &QQuickWindow::afterSynchronizing, this,
             [this, &layered] {
@@ -70,7 +71,7 @@ private:
     std::atomic<int> m_count = 0;
 };
 
-// Counts a window's frames, which may come from a thread of their own.
+// Counts the frames of a window, which may be rendered in another thread.
 class FrameCount : public QObject
 {
     Q_OBJECT
@@ -83,16 +84,16 @@ public:
             Qt::DirectConnection);
     }
 
-    // Whatever moves has come to its end. The frames of an animation follow each other at once, on
-    // a busy machine after a while.
-    [[nodiscard]] bool waitForRest() const
+    // Waits until all animations have ended. On a busy machine, there may be a delay between the
+    // frames of an animation.
+    [[nodiscard]] bool waitUntilIdle() const
     {
-        constexpr int kEchoMs = 300;
-        const QDeadlineTimer deadline(kPatienceMs);
+        constexpr int kIdleMs = 300;
+        const QDeadlineTimer deadline(kTimeoutMs);
         int before = 0;
         do {
             before = m_count;
-            QTest::qWait(kEchoMs);
+            QTest::qWait(kIdleMs);
         } while (m_count != before && !deadline.hasExpired());
         return m_count == before;
     }
@@ -116,21 +117,21 @@ private Q_SLOTS:
     void start_opensThePort_stopClosesIt();
     void reading_reachesWindowAndDayFile();
     void reading_errorCodes_showDashes();
-    void minutes_eachGetOneLine();
-    void silentLine_isDeclaredLost_andComesBack();
-    void unpluggedLine_isTold_andStartReopens();
-    void missingPort_isTold_andWindowLives();
-    void lostStep_goesOnByItself();
-    void garbage_closesPort_stopAndStartCure();
-    void silentStart_writesNoStaleLine();
-    void points_reachTheirLayersChart();
-    void choices_areInUseAfterARestart();
+    void minutes_eachHaveOneLine();
+    void silentLine_isReportedLost_andRecovers();
+    void unpluggedLine_isReported_andStartReopens();
+    void missingPort_isReported_andWindowStaysUsable();
+    void misalignedFrames_recover();
+    void garbage_closesPort_stopAndStartRecovers();
+    void startWithoutReading_writesNoOldLine();
+    void points_reachTheChartOfTheirLayer();
+    void settings_areUsedAfterRestart();
     void point10321_thinsBothSeriesOnce();
-    void clocks_aChange_isDrawnOnce();
-    void movement_leavesTheBackdropAlone_data();
-    void movement_leavesTheBackdropAlone();
+    void clocks_change_isDrawnOnce();
+    void movement_doesNotRedrawTheBackdrop_data();
+    void movement_doesNotRedrawTheBackdrop();
     void itemWithoutLayer_isDrawnAsBefore();
-    void brokenDocument_endsWithMinusOne();
+    void brokenDocument_exitsWithMinusOne();
 
 private:
     void load();
@@ -141,7 +142,7 @@ private:
     void startAndWaitForPort();
     void send(const QByteArray &bytes);
     [[nodiscard]] QByteArray dayFile() const;
-    [[nodiscard]] QQuickItem *shownSecondHand() const;
+    [[nodiscard]] QQuickItem *visibleSecondHand() const;
     [[nodiscard]] MainBackEndProbe probe() const { return MainBackEndProbe(m_terminal->backEnd()); }
 
     ork2::PseudoTerminal m_line;
@@ -163,7 +164,7 @@ void tst_terminal::init()
     load();
 }
 
-// Starts the program anew, as far as the store and the files are concerned.
+// Creates all objects, which corresponds to a restart of the program.
 void tst_terminal::load()
 {
     if (m_terminal) {
@@ -174,7 +175,7 @@ void tst_terminal::load()
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     QCOMPARE(m_terminal->engine().rootObjects().size(), 1);
     m_window = m_terminal->engine().rootObjects().constFirst();
-    QVERIFY(QTest::qWaitForWindowExposed(qobject_cast<QQuickWindow *>(m_window), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(qobject_cast<QQuickWindow *>(m_window), kTimeoutMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
     probe().setClock([] { return g_now; });
 }
@@ -213,7 +214,7 @@ void tst_terminal::press(bool start) const
     item("startButton")->setProperty("checked", start);
 }
 
-// What lies in the line before it is opened belongs to the past and is dropped.
+// Data received before the port is opened is discarded.
 void tst_terminal::startAndWaitForPort()
 {
     QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
@@ -233,12 +234,12 @@ QByteArray tst_terminal::dayFile() const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// Also run on a screen 800 pixels high.
+// Also run on a screen with a height of 800 pixels.
 void tst_terminal::window_fitsTheScreen()
 {
     const auto *window = qobject_cast<QQuickWindow *>(m_window);
     const bool low = window->screen()->size().height() < 850;
-    QTRY_COMPARE_WITH_TIMEOUT(window->height(), low ? 640 : 750, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(window->height(), low ? 640 : 750, kTimeoutMs);
     QCOMPARE(window->minimumHeight(), low ? 640 : 750);
     QCOMPARE(window->maximumHeight(), 750);
 }
@@ -277,7 +278,7 @@ void tst_terminal::reading_errorCodes_showDashes()
     const auto sendCode = [this](const char *frame) {
         QSignalSpy readings(&m_terminal->backEnd(), &mainBackEnd::secondCloudAlt);
         send(QByteArray(frame));
-        QVERIFY(readings.wait(kPatienceMs));
+        QVERIFY(readings.wait(kTimeoutMs));
         QCOMPARE(shown("firstCloudAlt"), QStringLiteral("----"));
         QCOMPARE(shown("secondCloudAlt"), QStringLiteral("----"));
     };
@@ -292,7 +293,7 @@ void tst_terminal::reading_errorCodes_showDashes()
     QVERIFY(!banner->property("visible").toBool());
 }
 
-void tst_terminal::minutes_eachGetOneLine()
+void tst_terminal::minutes_eachHaveOneLine()
 {
     startAndWaitForPort();
     send(QByteArrayLiteral("H001000200\r"));
@@ -308,7 +309,7 @@ void tst_terminal::minutes_eachGetOneLine()
     QCOMPARE(dayFile(), expected);
 }
 
-void tst_terminal::silentLine_isDeclaredLost_andComesBack()
+void tst_terminal::silentLine_isReportedLost_andRecovers()
 {
     startAndWaitForPort();
     send(QByteArrayLiteral("H001000200\r"));
@@ -323,7 +324,7 @@ void tst_terminal::silentLine_isDeclaredLost_andComesBack()
     QTRY_COMPARE(dayFile(), kHeader + "\r\n12:34:00\t0300\t0400\tОсновной");
 }
 
-void tst_terminal::unpluggedLine_isTold_andStartReopens()
+void tst_terminal::unpluggedLine_isReported_andStartReopens()
 {
     startAndWaitForPort();
     send(QByteArrayLiteral("H001000200\r"));
@@ -331,14 +332,14 @@ void tst_terminal::unpluggedLine_isTold_andStartReopens()
     m_line.close();
     QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
     QVERIFY(m_line.open());
-    currentPortName = m_line.path(); // a new adapter may get another number
+    currentPortName = m_line.path(); // a new adapter may get another name
     press(false);
     startAndWaitForPort();
     send(QByteArrayLiteral("H003000400\r"));
     QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
 }
 
-void tst_terminal::missingPort_isTold_andWindowLives()
+void tst_terminal::missingPort_isReported_andWindowStaysUsable()
 {
     currentPortName = QStringLiteral("/dev/no-such-port");
     const QString before = shown("counterData");
@@ -350,29 +351,29 @@ void tst_terminal::missingPort_isTold_andWindowLives()
     QTRY_COMPARE(shown("counterData"), QStringLiteral(" Статус: Прибор остановлен"));
 }
 
-void tst_terminal::lostStep_goesOnByItself()
+void tst_terminal::misalignedFrames_recover()
 {
     startAndWaitForPort();
     QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::connectionLED);
-    // Byte by byte, from within a frame on.
-    const QByteArray outOfStep = QByteArrayLiteral("2345\rH112342345\r");
-    for (const char byte : outOfStep) {
+    // Byte by byte, starting in the middle of a frame.
+    const QByteArray misaligned = QByteArrayLiteral("2345\rH112342345\r");
+    for (const char byte : misaligned) {
         QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
         send(QByteArray(1, byte));
-        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kTimeoutMs);
     }
-    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kTimeoutMs);
     QCOMPARE(lamp, (QList<QVariantList>{{true}}));
 }
 
-void tst_terminal::garbage_closesPort_stopAndStartCure()
+void tst_terminal::garbage_closesPort_stopAndStartRecovers()
 {
     startAndWaitForPort();
     QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::connectionLED);
     for (int byte = 0; byte < ork2::kMissesUntilLinkLost; ++byte) {
         QSignalSpy read(&probe().comPort()->port(), &QIODevice::readyRead);
         send(QByteArrayLiteral("X"));
-        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kPatienceMs);
+        QTRY_VERIFY_WITH_TIMEOUT(!read.isEmpty(), kTimeoutMs);
     }
     QTRY_VERIFY(lamp.contains(QVariantList{false}));
     QTRY_VERIFY(shown("counterData").contains(QStringLiteral(" >> Закрыт!")));
@@ -382,15 +383,15 @@ void tst_terminal::garbage_closesPort_stopAndStartCure()
     QTRY_COMPARE(shown("firstCloudAlt"), QStringLiteral("0300"));
 }
 
-// The counter of silent seconds is not touched by Stop and Start, so it would let the line pass.
-void tst_terminal::silentStart_writesNoStaleLine()
+// Stop and Start do not change noReplyCounter, so it does not prevent the line.
+void tst_terminal::startWithoutReading_writesNoOldLine()
 {
     startAndWaitForPort();
     send(QByteArrayLiteral("H012342500\r"));
-    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("1234"), kTimeoutMs);
     press(false);
     startAndWaitForPort();
-    probe().saveTimer()->stop(); // the test ticks itself
+    probe().saveTimer()->stop(); // the test calls the ticks
     QSignalSpy lamp(&m_terminal->backEnd(), &mainBackEnd::dataLED);
     g_now.setTime(QTime(18, 0, 0, 300));
     probe().tickSave();
@@ -398,7 +399,7 @@ void tst_terminal::silentStart_writesNoStaleLine()
     QCOMPARE(lamp, (QList<QVariantList>{{false}}));
 
     send(QByteArrayLiteral("H003000400\r"));
-    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("0300"), kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown("firstCloudAlt"), QStringLiteral("0300"), kTimeoutMs);
     g_now.setTime(QTime(18, 1, 0, 300));
     lamp.clear();
     probe().tickSave();
@@ -406,7 +407,7 @@ void tst_terminal::silentStart_writesNoStaleLine()
     QCOMPARE(lamp, (QList<QVariantList>{{true}}));
 }
 
-void tst_terminal::points_reachTheirLayersChart()
+void tst_terminal::points_reachTheChartOfTheirLayer()
 {
     const auto points = [this](const char *series) {
         return qobject_cast<QScatterSeries *>(item(series))->points();
@@ -419,7 +420,7 @@ void tst_terminal::points_reachTheirLayersChart()
     QCOMPARE(points("sLayerCloudSeries"), QList<QPointF>({{2, 200}}));
 }
 
-void tst_terminal::choices_areInUseAfterARestart()
+void tst_terminal::settings_areUsedAfterRestart()
 {
     ork2::PseudoTerminal otherLine;
     QVERIFY(otherLine.open());
@@ -470,13 +471,13 @@ void tst_terminal::point10321_thinsBothSeriesOnce()
     QCOMPARE(second->at(0), points.at(2000));
 }
 
-// Shows the control panel and gives the second hand of its UTC clock.
-QQuickItem *tst_terminal::shownSecondHand() const
+// Shows the control panel and returns the second hand of its UTC clock.
+QQuickItem *tst_terminal::visibleSecondHand() const
 {
     auto *panel = qobject_cast<QQuickWindow *>(item("controlPanel"));
     panel->setProperty("givenTime", QDateTime(QDate(2026, 11, 21), QTime(10, 20, 30), Qt::UTC));
     panel->show();
-    if (!QTest::qWaitForWindowExposed(panel, kPatienceMs)) {
+    if (!QTest::qWaitForWindowExposed(panel, kTimeoutMs)) {
         return nullptr;
     }
     return panel->findChild<QQuickItem *>(QStringLiteral("clockRow"))
@@ -486,38 +487,38 @@ QQuickItem *tst_terminal::shownSecondHand() const
         ->findChild<QQuickItem *>(QStringLiteral("secondHand"));
 }
 
-void tst_terminal::clocks_aChange_isDrawnOnce()
+void tst_terminal::clocks_change_isDrawnOnce()
 {
     constexpr int kChanges = 10;
-    auto *hand = shownSecondHand();
+    auto *hand = visibleSecondHand();
     QVERIFY(hand != nullptr);
     FrameCount frames(*hand->window());
-    QVERIFY(frames.waitForRest());
+    QVERIFY(frames.waitUntilIdle());
 
     const QImage before = hand->window()->grabWindow();
-    QVERIFY(frames.waitForRest());
+    QVERIFY(frames.waitUntilIdle());
     frames.reset();
     for (int i = 1; i <= kChanges; ++i) {
         hand->setX(hand->x() + 1);
         QTRY_VERIFY(frames.value() >= i);
-        QVERIFY(frames.waitForRest());
+        QVERIFY(frames.waitUntilIdle());
     }
     QCOMPARE(frames.value(), kChanges);
     QVERIFY(hand->window()->grabWindow() != before);
 }
 
-void tst_terminal::movement_leavesTheBackdropAlone_data()
+void tst_terminal::movement_doesNotRedrawTheBackdrop_data()
 {
     QTest::addColumn<bool>("panel");
     QTest::newRow("digits and banner of the main window") << false;
     QTest::newRow("clocks of the control panel") << true;
 }
 
-void tst_terminal::movement_leavesTheBackdropAlone()
+void tst_terminal::movement_doesNotRedrawTheBackdrop()
 {
-    constexpr int kSomeFrames = 3; // of an animation, on a slow machine too
+    constexpr int kSomeFrames = 3; // of an animation, even on a slow machine
     QFETCH(const bool, panel);
-    QQuickItem *hand = panel ? shownSecondHand() : nullptr;
+    QQuickItem *hand = panel ? visibleSecondHand() : nullptr;
     QVERIFY(!panel || hand != nullptr);
     auto *window = panel ? hand->window() : qobject_cast<QQuickWindow *>(m_window);
     const auto pictures = m_window->findChildren<QQuickItem *>(QStringLiteral("backdropPicture"));
@@ -527,7 +528,7 @@ void tst_terminal::movement_leavesTheBackdropAlone()
     FrameCount frames(*window);
     RedrawCount redraws(**picture);
     QTRY_VERIFY(redraws.isWatching());
-    QVERIFY(frames.waitForRest());
+    QVERIFY(frames.waitUntilIdle());
     frames.reset();
     redraws.reset();
 
@@ -539,10 +540,10 @@ void tst_terminal::movement_leavesTheBackdropAlone()
         Q_EMIT m_terminal->backEnd().noDataError();
     }
     QTRY_VERIFY(frames.value() >= kSomeFrames);
-    QVERIFY(frames.waitForRest());
+    QVERIFY(frames.waitUntilIdle());
     QCOMPARE(redraws.value(), 0);
 
-    // What lies on it is drawn when it changes.
+    // A change of an item in the backdrop redraws it.
     auto *button = window->findChild<QQuickItem *>(
         panel ? QStringLiteral("dataButton") : QStringLiteral("buttonCP"));
     button->setProperty("text", QStringLiteral("другой"));
@@ -558,7 +559,7 @@ void tst_terminal::itemWithoutLayer_isDrawnAsBefore()
     QTRY_VERIFY(frames.value() > 0);
 }
 
-void tst_terminal::brokenDocument_endsWithMinusOne()
+void tst_terminal::brokenDocument_exitsWithMinusOne()
 {
     probe().endWorker();
     m_terminal.reset();

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// An operator who does everything at any moment, on the whole object graph with a played line:
-// random clicks, keys, windows and frames, Start and Stop a thousand times a second, and the end in
-// every state. ORK2_USER_EVENTS sets the number of events, ORK2_USER_SEED the seed that they
-// follow.
+// Simulates a user of the complete object graph with a simulated line: random clicks, keys, window
+// operations and frames, Start and Stop a thousand times per second, and the exit in every state.
+// ORK2_USER_EVENTS sets the number of events, ORK2_USER_SEED the seed of the random numbers.
 #include "terminal.h"
 
 #include "documentitem.h"
 #include "frames.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "readingframe.h"
 #include "seededrandom.h"
 #include "sharedvalues.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -35,7 +34,7 @@
 
 namespace {
 
-constexpr int kUsualEvents = 400;
+constexpr int kDefaultEvents = 400;
 constexpr int kEventsInRound = 200;
 constexpr int kTogglesInBurst = 1000;
 constexpr int kToggleIntervalMs = 1;
@@ -46,7 +45,7 @@ const QStringList kPanels = {QStringLiteral("sWindow"), QStringLiteral("numberWi
     QStringLiteral("aboutWindow"), QStringLiteral("controlPanel"),
     QStringLiteral("sqlSettingsWnd")};
 
-// Folders and pages are not to be opened for real.
+// Folders and web pages must not actually be opened.
 const QStringList kSchemes = {QStringLiteral("file"), QStringLiteral("http"),
     QStringLiteral("https"), QStringLiteral("mailto")};
 
@@ -57,7 +56,7 @@ QStringList entries(const QString &folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
 }
 
-// What the process holds, by name, so that a difference tells what was left behind.
+// The resources of the process by name, so that a difference shows which ones were not released.
 QStringList threads()
 {
     QStringList names;
@@ -76,21 +75,21 @@ QStringList handles()
 {
     QStringList targets;
     const QDir folder(QStringLiteral("/proc/self/fd"));
-    // A log inherited from whoever started the test may be renamed or deleted meanwhile.
-    const QRegularExpression passing(QStringLiteral("[0-9]+|(\\.tmp)?( \\(deleted\\))?$"));
+    // A log file inherited from the parent process may be renamed or deleted during the test.
+    const QRegularExpression variablePart(QStringLiteral("[0-9]+|(\\.tmp)?( \\(deleted\\))?$"));
     const QStringList numbers = entries(folder.path());
     for (const QString &number : numbers) {
         const QString target = QFile(folder.filePath(number)).symLinkTarget();
-        // The list's own handle is closed by now, and the others' numbers tell nothing.
+        // The descriptor used for the listing is already closed. Numbers may differ.
         if (!target.isEmpty()) {
-            targets << QString(target).remove(passing);
+            targets << QString(target).remove(variablePart);
         }
     }
     targets.sort();
     return targets;
 }
 
-QStringList more(QStringList now, const QStringList &before)
+QStringList added(QStringList now, const QStringList &before)
 {
     for (const QString &one : before) {
         now.removeOne(one);
@@ -111,8 +110,8 @@ QByteArray reading(int first, int second)
     return ork2::readingFrame({channel, first, second});
 }
 
-// Whether the status line was told so; other texts may have followed.
-bool told(const QSignalSpy &texts, const QString &part)
+// Returns whether the status line has shown the text, even if other texts followed.
+bool wasShown(const QSignalSpy &texts, const QString &part)
 {
     return std::any_of(texts.begin(), texts.end(),
         [&part](const QVariantList &text) { return text.first().toString().contains(part); });
@@ -151,7 +150,7 @@ private:
     void open(const QString &name) const;
     void openMenu() const;
     void press(bool start) const { item("startButton")->setProperty("checked", start); }
-    void sendSomething();
+    void sendRandomBytes();
     void startAndStopInBursts();
     void settle();
     void measureOnce();
@@ -162,8 +161,8 @@ private:
     void window(QQuickWindow *window);
     void line();
     void controller();
-    [[nodiscard]] QPoint anywhere(const QQuickWindow *window);
-    template <typename List> [[nodiscard]] auto oneOf(const List &list)
+    [[nodiscard]] QPoint randomPosition(const QQuickWindow *window);
+    template <typename List> [[nodiscard]] auto randomElement(const List &list)
     {
         return list.at(m_random->between(0, static_cast<int>(list.size()) - 1));
     }
@@ -175,7 +174,7 @@ private:
     std::unique_ptr<ork2::Terminal> m_terminal;
     QQuickWindow *m_window = nullptr;
     QString m_port;
-    QStringList m_trail;
+    QStringList m_lastEvents;
     QStringList m_threads;
     QStringList m_handles;
     int m_opened = 0;
@@ -188,7 +187,7 @@ void tst_user::initTestCase()
     for (const QString &scheme : kSchemes) {
         QDesktopServices::setUrlHandler(scheme, this, "opened");
     }
-    // The hidden window is brought back, as from the tray.
+    // A hidden window is shown again, as from the tray icon.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     profile::requirePrivateStore();
     m_base = std::make_unique<QTemporaryDir>();
@@ -199,11 +198,11 @@ void tst_user::initTestCase()
     file.write("\nPathToData = \"" + m_base->path().toUtf8() + "\"\n");
     file.close();
 
-    // What the toolkit starts once and keeps is started now.
+    // Create the resources that Qt creates once and keeps.
     init();
     for (const QString &name : kPanels) {
         open(name);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kTimeoutMs));
         panel(name)->close();
     }
     measureOnce();
@@ -233,7 +232,7 @@ void tst_user::init()
     profile::store(ork2::kNamePath, m_base->path());
     profile::store(ork2::kPortToShow, m_port);
     noReplyCounter.storeRelaxed(0);
-    m_trail.clear();
+    m_lastEvents.clear();
     m_log = std::make_unique<LogCapture>();
     build();
 }
@@ -254,7 +253,7 @@ void tst_user::build()
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     m_window = qobject_cast<QQuickWindow *>(m_terminal->engine().rootObjects().value(0));
     QVERIFY(m_window != nullptr);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
     probe().setClock([] { return g_now; });
 }
@@ -304,7 +303,7 @@ void tst_user::openMenu() const
     QTest::mouseClick(m_window, Qt::LeftButton, Qt::NoModifier, QPoint(20, 10));
 }
 
-void tst_user::sendSomething()
+void tst_user::sendRandomBytes()
 {
     if (!m_line.isOpen()) {
         return;
@@ -314,7 +313,7 @@ void tst_user::sendSomething()
         "\r\r\r\r\r\r\r\r\r\r\r", "H1-1.e9999\r", QByteArray(300, '\xff'), QByteArray(11, '\0'),
         "G112342345\r"};
     const QByteArray bytes = m_random->oneIn(3)
-        ? oneOf(broken)
+        ? randomElement(broken)
         : reading(m_random->between(0, 9999), m_random->between(0, 9999));
     Q_UNUSED(m_line.write(bytes))
 }
@@ -325,7 +324,7 @@ void tst_user::startAndStopInBursts()
     int toggled = 0;
     QTimer toggle;
     toggle.setTimerType(Qt::PreciseTimer);
-    // A frame that is drawn takes many turns' time, which is caught up.
+    // Rendering a frame takes longer than the interval; the missing toggles follow afterwards.
     toggle.callOnTimeout([&] {
         while (toggled < kTogglesInBurst && clock.elapsed() >= toggled) {
             press(!item("startButton")->property("checked").toBool());
@@ -333,7 +332,7 @@ void tst_user::startAndStopInBursts()
         }
     });
     QTimer frames;
-    frames.callOnTimeout([this] { sendSomething(); });
+    frames.callOnTimeout([this] { sendRandomBytes(); });
     clock.start();
     toggle.start(kToggleIntervalMs);
     frames.start(kFrameIntervalMs);
@@ -344,7 +343,7 @@ void tst_user::startAndStopInBursts()
     m_toggles += kTogglesInBurst;
 }
 
-QPoint tst_user::anywhere(const QQuickWindow *window)
+QPoint tst_user::randomPosition(const QQuickWindow *window)
 {
     return {m_random->between(0, window->width() - 1), m_random->between(0, window->height() - 1)};
 }
@@ -353,8 +352,8 @@ void tst_user::click(QQuickWindow *window)
 {
     static const std::array buttons = {
         Qt::LeftButton, Qt::LeftButton, Qt::LeftButton, Qt::RightButton, Qt::MiddleButton};
-    const Qt::MouseButton button = oneOf(buttons);
-    const QPoint place = anywhere(window);
+    const Qt::MouseButton button = randomElement(buttons);
+    const QPoint place = randomPosition(window);
     switch (m_random->between(0, 5)) {
     case 0:
         QTest::mouseDClick(window, button, Qt::NoModifier, place);
@@ -362,9 +361,9 @@ void tst_user::click(QQuickWindow *window)
     case 1:
         QTest::mousePress(window, button, Qt::NoModifier, place);
         for (int i = 0; i < 5; ++i) {
-            QTest::mouseMove(window, anywhere(window));
+            QTest::mouseMove(window, randomPosition(window));
         }
-        QTest::mouseRelease(window, button, Qt::NoModifier, anywhere(window));
+        QTest::mouseRelease(window, button, Qt::NoModifier, randomPosition(window));
         break;
     case 2: {
         QWheelEvent wheel(place, window->mapToGlobal(place), QPoint(),
@@ -386,7 +385,7 @@ void tst_user::type(QQuickWindow *window)
         Qt::Key_F10, Qt::Key_A, Qt::Key_V, Qt::Key_Z, Qt::Key_7};
     static const std::array modifiers = {Qt::NoModifier, Qt::NoModifier, Qt::NoModifier,
         Qt::ShiftModifier, Qt::ControlModifier, Qt::AltModifier};
-    QTest::keyClick(window, oneOf(keys), oneOf(modifiers));
+    QTest::keyClick(window, randomElement(keys), randomElement(modifiers));
 }
 
 void tst_user::window(QQuickWindow *window)
@@ -405,13 +404,13 @@ void tst_user::window(QQuickWindow *window)
         window->resize(m_random->between(1, 2000), m_random->between(1, 2000));
         break;
     case 4:
-        m_window->show(); // as the tray does
+        m_window->show(); // as the tray icon does
         m_window->raise();
         break;
     case 5:
         window->showNormal();
         break;
-    case 6: // a menu, and an entry of it; the window may have been made small
+    case 6: // a menu and one of its entries; the window may be smaller than the menu
         for (const int y : {10, m_random->between(22, 70)}) {
             const QPoint place(m_random->between(0, 220), y);
             if (QRect(QPoint(), m_window->size()).contains(place)) {
@@ -420,7 +419,7 @@ void tst_user::window(QQuickWindow *window)
         }
         break;
     default:
-        open(oneOf(kPanels));
+        open(randomElement(kPanels));
     }
 }
 
@@ -435,12 +434,12 @@ void tst_user::line()
         m_port = m_line.path();
         break;
     case 2:
-        m_port = oneOf(QStringList{QString(), QStringLiteral("/dev/no-such-port"),
+        m_port = randomElement(QStringList{QString(), QStringLiteral("/dev/no-such-port"),
             QStringLiteral("/dev/null"), QStringLiteral("/tmp"), m_line.path(), m_line.path()});
         break;
     default:
         for (int i = m_random->between(1, 20); i > 0; --i) {
-            sendSomething();
+            sendRandomBytes();
         }
     }
 }
@@ -477,12 +476,12 @@ void tst_user::act()
         m_window->show();
         return;
     }
-    QQuickWindow *where = oneOf(shown);
+    QQuickWindow *where = randomElement(shown);
     const int kind = m_random->between(1, 100);
     const auto remember = [this](const char *what, const QString &which) {
-        m_trail << QLatin1String(what) + which;
-        if (m_trail.size() > kRememberedEvents) {
-            m_trail.removeFirst();
+        m_lastEvents << QLatin1String(what) + which;
+        if (m_lastEvents.size() > kRememberedEvents) {
+            m_lastEvents.removeFirst();
         }
     };
     if (kind <= 35) {
@@ -504,12 +503,12 @@ void tst_user::act()
         remember("start or stop ", m_port);
         press(!item("startButton")->property("checked").toBool());
     }
-    // The settings panel offers the machine's own ports, which are no test's business.
+    // The settings window may have selected a port of this machine, which no test must use.
     currentPortName = m_port;
     QCoreApplication::processEvents();
 }
 
-// Stopped, the main window alone: what is there now has no reason to be more than before.
+// Stops the measurement and closes all other windows, so that no additional resources are in use.
 void tst_user::settle()
 {
     m_window->showNormal();
@@ -518,38 +517,38 @@ void tst_user::settle()
         panel(name)->close();
     }
     QTest::keyClick(m_window, Qt::Key_Escape);
-    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
     QCoreApplication::sendPostedEvents();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
 }
 
-// The sign that it still works: a frame's way to the window.
+// Checks that a received frame is shown in the window.
 void tst_user::measureOnce()
 {
     QVERIFY(m_line.open());
     currentPortName = m_port = m_line.path();
     QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
     press(true);
-    QTRY_VERIFY_WITH_TIMEOUT(told(texts, QStringLiteral("Открыт")), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(wasShown(texts, QStringLiteral("Открыт")), kTimeoutMs);
     QVERIFY(m_line.write("H003000400\r") > 0);
     QTRY_COMPARE_WITH_TIMEOUT(
-        m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"), kPatienceMs);
+        m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"), kTimeoutMs);
     press(false);
-    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kPatienceMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
     QTRY_COMPARE_WITH_TIMEOUT(
-        m_window->property("firstCloudAlt").toString(), QStringLiteral("----"), kPatienceMs);
+        m_window->property("firstCloudAlt").toString(), QStringLiteral("----"), kTimeoutMs);
 }
 
 void tst_user::randomEvents_leaveNothingBehind()
 {
-    const int events = number("ORK2_USER_EVENTS", kUsualEvents);
+    const int events = number("ORK2_USER_EVENTS", kDefaultEvents);
     const int seed = number("ORK2_USER_SEED", 1);
     std::printf("%d events, seed %d\n", events, seed);
     std::fflush(stdout);
     m_random = std::make_unique<ork2::SeededRandom>(static_cast<quint32>(seed));
     for (const QString &name : kPanels) {
         open(name);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(name), kTimeoutMs));
     }
     settle();
     const QStringList threadsBefore = threads();
@@ -561,15 +560,15 @@ void tst_user::randomEvents_leaveNothingBehind()
         startAndStopInBursts();
         settle();
         const QByteArray when = QByteArray::number(done) + " events, seed "
-            + QByteArray::number(seed) + ", last: " + m_trail.join(u"; ").toUtf8();
+            + QByteArray::number(seed) + ", last: " + m_lastEvents.join(u"; ").toUtf8();
         const QByteArray warnings = m_log->warnings().join(u'\n').toUtf8();
         QVERIFY2(warnings.isEmpty(), warnings + " after " + when);
         measureOnce();
         const auto left = [&] {
-            return more(threads(), threadsBefore) + more(handles(), handlesBefore);
+            return added(threads(), threadsBefore) + added(handles(), handlesBefore);
         };
-        const bool none = QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs);
-        QVERIFY2(none, left().join(u' ').toUtf8() + " left behind after " + when);
+        const bool none = QTest::qWaitFor([&] { return left().isEmpty(); }, kTimeoutMs);
+        QVERIFY2(none, left().join(u' ').toUtf8() + " not released after " + when);
     }
 }
 
@@ -577,7 +576,7 @@ void tst_user::ending_anyState_leavesNothingBehind_data()
 {
     QTest::addColumn<QString>("state");
     for (const char *state : {"stopped", "port open", "measuring", "right after Start",
-             "right after Stop", "port missing", "line pulled", "instrument lost", "menu popped up",
+             "right after Stop", "port missing", "line unplugged", "instrument lost", "menu open",
              "window hidden", "window minimised"}) {
         QTest::newRow(state) << QString::fromLatin1(state);
     }
@@ -592,26 +591,26 @@ void tst_user::ending_anyState_leavesNothingBehind()
     const auto startAndAwait = [this](const QString &text) {
         QSignalSpy texts(&m_terminal->backEnd(), &mainBackEnd::sendCounter);
         press(true);
-        QTRY_VERIFY(told(texts, text));
+        QTRY_VERIFY(wasShown(texts, text));
     };
     const QString opened = QStringLiteral("Открыт");
     if (kPanels.contains(state)) {
         open(state);
-        QVERIFY(QTest::qWaitForWindowExposed(panel(state), kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(panel(state), kTimeoutMs));
     } else if (state == u"port open") {
         startAndAwait(opened);
-    } else if (state == u"measuring" || state == u"line pulled" || state == u"instrument lost") {
+    } else if (state == u"measuring" || state == u"line unplugged" || state == u"instrument lost") {
         startAndAwait(opened);
         QVERIFY(m_line.write("H003000400\r") > 0);
         QTRY_COMPARE(m_window->property("firstCloudAlt").toString(), QStringLiteral("0300"));
-        if (state == u"line pulled") {
+        if (state == u"line unplugged") {
             m_line.close();
             QTRY_VERIFY(!portIsOpen());
         } else if (state == u"instrument lost") {
             noReplyCounter.storeRelaxed(30);
             probe().tickWatchdog();
         } else {
-            while (m_line.write("H003000400\r") > 0) { } // it ends under fire
+            while (m_line.write("H003000400\r") > 0) { } // exits while receiving frames
         }
     } else if (state == u"right after Start") {
         press(true);
@@ -621,7 +620,7 @@ void tst_user::ending_anyState_leavesNothingBehind()
     } else if (state == u"port missing") {
         currentPortName = QStringLiteral("/dev/no-such-port");
         startAndAwait(QStringLiteral("]:\t"));
-    } else if (state == u"menu popped up") {
+    } else if (state == u"menu open") {
         openMenu();
         QObject *menu = m_window->findChild<QObject *>(QStringLiteral("fileMenu"));
         QVERIFY(menu != nullptr);
@@ -634,9 +633,9 @@ void tst_user::ending_anyState_leavesNothingBehind()
     }
     tearDown();
     m_line.close();
-    const auto left = [&] { return more(threads(), m_threads) + more(handles(), m_handles); };
-    QVERIFY2(QTest::qWaitFor([&] { return left().isEmpty(); }, kPatienceMs),
-        left().join(u' ').toUtf8() + " left behind");
+    const auto left = [&] { return added(threads(), m_threads) + added(handles(), m_handles); };
+    QVERIFY2(QTest::qWaitFor([&] { return left().isEmpty(); }, kTimeoutMs),
+        left().join(u' ').toUtf8() + " not released");
 }
 
 int main(int argc, char *argv[])

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every window as a picture beside its reference picture. With ORK2_SCREENSHOTS set to a folder,
-// the pictures are written there instead (tools/screenshots does that). What a picture shows at 125
-// per cent too has functions of its own, which CTest runs at that scale once more.
+// Compares screenshots of all windows with their references. If ORK2_SCREENSHOTS is set to a
+// folder, the screenshots are saved there instead (see tools/screenshots). The tests of borders,
+// grid lines and the logo also run at a scale of 125 %.
 #include "terminal.h"
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
-#include "patience.h"
 #include "profile.h"
+#include "timeout.h"
 
 #include <QApplication>
 #include <QDeadlineTimer>
@@ -28,11 +28,11 @@
 
 namespace {
 
-// Both pictures are made four times smaller before they are compared: another machine draws letters
-// a little differently, but a thing that has moved by 6 pixels is somewhere else even then.
+// Both pictures are scaled down by 4 before the comparison: text rendering differs slightly between
+// machines, but an item that has moved by 6 pixels is still detected.
 constexpr int kReduction = 4;
-constexpr int kSeenDifference = 24;  // of 255, in one channel of one reduced pixel
-constexpr int kToleratedPixels = 12; // of the reduced picture
+constexpr int kVisibleDifference = 24; // of 255, in one channel of one reduced pixel
+constexpr int kToleratedPixels = 12;   // of the reduced picture
 
 constexpr int kDay = 9; // UTC
 constexpr int kNight = 20;
@@ -44,8 +44,8 @@ QImage reduced(const QImage &picture)
         .convertToFormat(QImage::Format_RGB32);
 }
 
-// Pixels of the reduced pictures that a person would call different; all of them if the sizes
-// differ.
+// Returns the number of visibly different pixels of the reduced pictures, or all pixels if the
+// sizes differ.
 int differentPixels(const QImage &one, const QImage &other)
 {
     const QImage a = reduced(one);
@@ -60,18 +60,18 @@ int differentPixels(const QImage &one, const QImage &other)
             const QColor q = b.pixelColor(x, y);
             const int difference = std::max(
                 {qAbs(p.red() - q.red()), qAbs(p.green() - q.green()), qAbs(p.blue() - q.blue())});
-            count += difference > kSeenDifference ? 1 : 0;
+            count += difference > kVisibleDifference ? 1 : 0;
         }
     }
     return count;
 }
 
-// The picture of a window in which nothing moves any more: titles fade in for 5 s, the grid for 3
-// s, lamps and hands swing, and all of it takes longer on a busy machine.
-QImage restingPicture(QQuickWindow &window)
+// Returns a screenshot of the window after all animations have ended: titles fade in for 5 s, the
+// grid for 3 s, lamps and clock hands move, and all of this takes longer on a busy machine.
+QImage idlePicture(QQuickWindow &window)
 {
     constexpr int kStillMs = 500;
-    const QDeadlineTimer deadline(kPatienceMs);
+    const QDeadlineTimer deadline(kTimeoutMs);
     QImage before;
     QImage picture;
     do {
@@ -148,10 +148,10 @@ class tst_windows : public QObject
 private Q_SLOTS:
     void initTestCase();
     void cleanupTestCase();
-    void window_looksAsDocumented_data();
-    void window_looksAsDocumented();
-    void window_shownAgain_looksAsBefore_data();
-    void window_shownAgain_looksAsBefore();
+    void window_matchesReference_data();
+    void window_matchesReference();
+    void window_shownAgain_isUnchanged_data();
+    void window_shownAgain_isUnchanged();
     void button_hasFourEqualBorders_data();
     void button_hasFourEqualBorders();
     void gridLines_areEquallyThick_data();
@@ -161,7 +161,7 @@ private Q_SLOTS:
 private:
     [[nodiscard]] QQuickWindow *window(const QString &name) const;
     void showHour(int hour);
-    void plotSomeHours();
+    void plotSomePoints();
 
     std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<ork2::Terminal> m_terminal;
@@ -181,19 +181,19 @@ void tst_windows::initTestCase()
     m_log = std::make_unique<LogCapture>();
     m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
     QVERIFY(!m_terminal->engine().rootObjects().isEmpty());
-    QVERIFY(QTest::qWaitForWindowExposed(window(QString()), kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(window(QString()), kTimeoutMs));
 
     showHour(kDay);
-    // The operator's view of a running measurement, without a port.
+    // Shows a running measurement, without a port.
     window(QString())
         ->findChild<QObject *>(QStringLiteral("startButton"))
         ->setProperty("checked", true);
     m_terminal->backEnd().showTheCloud(QStringLiteral("0840"), QStringLiteral("1560"));
-    QVERIFY(!restingPicture(*window(QString())).isNull());
-    plotSomeHours(); // no timer changes a lamp from here on
+    QVERIFY(!idlePicture(*window(QString())).isNull());
+    plotSomePoints(); // stops the timers, which would change the lamps
     Q_EMIT m_terminal->backEnd().connectionLED(true);
     Q_EMIT m_terminal->backEnd().dataLED(true);
-    // In place of the missing port's message.
+    // Replaces the message about the missing port.
     m_terminal->backEnd().sendCounter(QStringLiteral("[12:08:36.000]:\tПолучено сообщение: 0x48 "
                                                      "0x30 0x30 0x38 0x34 0x30 0x31 0x35 0x36 0x30 "
                                                      "0x0D"));
@@ -221,7 +221,7 @@ void tst_windows::showHour(int hour)
     window(QStringLiteral("controlPanel"))->setProperty("givenTime", time);
 }
 
-void tst_windows::plotSomeHours()
+void tst_windows::plotSomePoints()
 {
     MainBackEndProbe probe(m_terminal->backEnd());
     for (QTimer *timer : {probe.requestTimer(), probe.saveTimer(), probe.plotTimer()}) {
@@ -237,10 +237,10 @@ void tst_windows::plotSomeHours()
     Q_EMIT m_terminal->backEnd().updateVoidGraph();
 }
 
-void tst_windows::window_looksAsDocumented_data()
+void tst_windows::window_matchesReference_data()
 {
     QTest::addColumn<QString>("name");    // empty: the main window
-    QTest::addColumn<QString>("movable"); // something in it to move
+    QTest::addColumn<QString>("movable"); // an item to move in the window
     QTest::addColumn<int>("hour");        // of the control panel's clocks, UTC
     QTest::newRow("main") << QString() << QStringLiteral("startButton") << kDay;
     QTest::newRow("settings") << QStringLiteral("sWindow") << QStringLiteral("exitButton") << kDay;
@@ -255,7 +255,7 @@ void tst_windows::window_looksAsDocumented_data()
                                   << QStringLiteral("exitButton") << kDay;
 }
 
-void tst_windows::window_looksAsDocumented()
+void tst_windows::window_matchesReference()
 {
     QFETCH(QString, name);
     QFETCH(QString, movable);
@@ -266,10 +266,10 @@ void tst_windows::window_looksAsDocumented()
     showHour(hour);
     if (!name.isEmpty()) {
         shown->setProperty("visible", true);
-        QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
+        QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
     }
     const QString file = QString::fromLatin1(QTest::currentDataTag()) + QStringLiteral(".png");
-    const QImage picture = restingPicture(*shown);
+    const QImage picture = idlePicture(*shown);
     QVERIFY(!picture.isNull());
 
     if (!target.isEmpty()) {
@@ -277,16 +277,16 @@ void tst_windows::window_looksAsDocumented()
         QVERIFY(picture.save(QDir(target).filePath(file)));
     } else {
         const QImage reference(QDir(QStringLiteral(REFERENCES)).filePath(file));
-        QVERIFY2(!reference.isNull(), "no reference picture; tools/screenshots makes it");
+        QVERIFY2(!reference.isNull(), "no reference picture; tools/screenshots creates it");
         const int different = differentPixels(picture, reference);
         if (different > kToleratedPixels) {
             const QString kept = QDir::temp().filePath(QStringLiteral("ork2-") + file);
             picture.save(kept);
-            QFAIL(qPrintable(QStringLiteral("%1 pixels differ; the window as it looks now: %2")
+            QFAIL(qPrintable(QStringLiteral("%1 pixels differ; current screenshot: %2")
                                  .arg(different)
                                  .arg(kept)));
         }
-        // The comparison itself: it must see a thing that has moved by 6 pixels.
+        // Check the comparison: it must detect an item that has moved by 6 pixels.
         auto *item = shown->findChild<QQuickItem *>(movable);
         QVERIFY(item != nullptr);
         const QRect place = item->mapRectToScene(item->boundingRect()).toRect();
@@ -303,27 +303,27 @@ void tst_windows::window_looksAsDocumented()
     }
 }
 
-void tst_windows::window_shownAgain_looksAsBefore_data()
+void tst_windows::window_shownAgain_isUnchanged_data()
 {
     QTest::addColumn<QString>("name"); // empty: the main window
     QTest::newRow("main") << QString();
     QTest::newRow("control-panel") << QStringLiteral("controlPanel");
 }
 
-// A hidden window loses its textures, also those of what it draws only once.
-void tst_windows::window_shownAgain_looksAsBefore()
+// A hidden window releases its textures, including those of items that are drawn only once.
+void tst_windows::window_shownAgain_isUnchanged()
 {
     QFETCH(const QString, name);
     QQuickWindow *shown = window(name);
     shown->setVisible(true);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
-    const QImage before = restingPicture(*shown);
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
+    const QImage before = idlePicture(*shown);
 
     shown->setVisible(false);
     QTRY_VERIFY(!shown->isExposed());
     shown->setVisible(true);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
-    QTRY_COMPARE_WITH_TIMEOUT(differentPixels(shown->grabWindow(), before), 0, kPatienceMs);
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
+    QTRY_COMPARE_WITH_TIMEOUT(differentPixels(shown->grabWindow(), before), 0, kTimeoutMs);
     shown->setVisible(name.isEmpty());
 }
 
@@ -348,10 +348,10 @@ void tst_windows::button_hasFourEqualBorders()
     QFETCH(const QString, button);
     QQuickWindow *shown = window(name);
     shown->setVisible(true);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
     const auto *item = shown->findChild<QQuickItem *>(button);
     QVERIFY(item != nullptr);
-    const QImage picture = restingPicture(*shown);
+    const QImage picture = idlePicture(*shown);
 
     const QRectF place = inPicture(*item);
     const QPointF aside(place.width() / 4, place.height() / 4); // away from the label
@@ -393,13 +393,13 @@ void tst_windows::gridLines_areEquallyThick()
     QQuickWindow *shown = window(QString());
     shown->setMinimumHeight(640);
     shown->setHeight(height);
-    QTRY_COMPARE_WITH_TIMEOUT(shown->height(), height, kPatienceMs);
+    QTRY_COMPARE_WITH_TIMEOUT(shown->height(), height, kTimeoutMs);
     const auto *chart = shown->findChild<QQuickItem *>(QStringLiteral("chartView"));
     QVERIFY(chart != nullptr);
     // No dot may lie on a line.
     auto *start = shown->findChild<QObject *>(QStringLiteral("startButton"));
     start->setProperty("checked", false);
-    const QImage picture = restingPicture(*shown);
+    const QImage picture = idlePicture(*shown);
     start->setProperty("checked", true);
 
     const qreal ratio = shown->devicePixelRatio();
@@ -426,9 +426,9 @@ void tst_windows::logo_isScaledSmoothly()
     constexpr double kTolerated = 1;
     QQuickWindow *shown = window(QStringLiteral("aboutWindow"));
     shown->setVisible(true);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kPatienceMs));
+    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
     const QRect place = inPicture(*shown->findChild<QQuickItem *>(QStringLiteral("logo"))).toRect();
-    const QImage picture = restingPicture(*shown).copy(place);
+    const QImage picture = idlePicture(*shown).copy(place);
     const QImage smooth =
         QImage(QStringLiteral(":/img/logoKAS.png"))
             .scaled(place.size(), Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
@@ -440,7 +440,8 @@ void tst_windows::logo_isScaledSmoothly()
 int main(int argc, char *argv[])
 {
     QApplication application(argc, argv);
-    QGuiApplication::styleHints()->setCursorFlashTime(0); // a blinking cursor is never at rest
+    QGuiApplication::styleHints()->setCursorFlashTime(
+        0); // a blinking cursor would change the window
     tst_windows test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -15,8 +15,8 @@ namespace ork2 {
 
 namespace {
 
-// The height field as it goes on the line. A damaged reading may have left any characters in the
-// file, one for each byte: these go back as they came.
+// Returns the height field to send. A corrupted reading may have left any characters in the file,
+// one for each byte; they are sent unchanged.
 std::optional<QByteArray> lineField(const QString &height)
 {
     if (height == kNoValueDashes) {
@@ -45,7 +45,7 @@ bool isHeading(const QString &line)
     return line.startsWith(kUnitHeading) || line.startsWith(kTimeHeading);
 }
 
-// None: the line is no record.
+// Returns std::nullopt if the line is not a record.
 std::optional<Step> recordStep(const QString &line)
 {
     const QStringList fields = line.split(kFieldSeparator);

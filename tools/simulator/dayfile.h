@@ -7,10 +7,10 @@
 
 namespace ork2 {
 
-// Reads a day file of the terminal: UTF-8, two heading lines (which may be missing), then records
-// of time, first layer, second layer and channel name between tabs. Each record gives one reading;
-// "----" is sent as kNoValueHeight. The times are checked but not used. The error starts with
-// fileName and, where one is to blame, the line's number.
+// Parses a day file of the terminal: UTF-8, two optional heading lines, then records of time, first
+// layer, second layer and channel name, separated by tabs. Each record becomes one reading; "----"
+// is sent as kNoValueHeight. The times are checked but not used. An error starts with fileName,
+// followed by the number of the line that caused it, if any.
 [[nodiscard]] ScriptResult parseDayFile(const QByteArray &text, const QString &fileName);
 
 } // namespace ork2

@@ -10,7 +10,7 @@ namespace ork2 {
 
 namespace {
 
-constexpr int kMeasured = -1; // the weather's height stays in this field
+constexpr int kMeasured = -1; // the height of the weather scenario is kept in this field
 
 constexpr std::array<std::pair<int, int>, 15> kBlocks{{
     {kNoFlashCode, kNoFlashCode},
@@ -30,17 +30,17 @@ constexpr std::array<std::pair<int, int>, 15> kBlocks{{
     {kDataErrorCode, kNotReadyCode},
 }};
 
-constexpr int kFewestNormal = 3; // readings between two blocks
-constexpr int kMostNormal = 6;
-constexpr int kShortestBlock = 2; // readings
-constexpr int kLongestBlock = 5;
+constexpr int kMinNormal = 3; // readings between two blocks
+constexpr int kMaxNormal = 6;
+constexpr int kMinBlock = 2; // readings
+constexpr int kMaxBlock = 5;
 
 } // namespace
 
 ErrorsScenario::ErrorsScenario(quint32 seed)
     : m_weather(seed)
     , m_random(seed + 1)
-    , m_normalLeft(m_random.between(kFewestNormal, kMostNormal))
+    , m_normalLeft(m_random.between(kMinNormal, kMaxNormal))
 { }
 
 std::optional<Step> ErrorsScenario::next()
@@ -49,7 +49,7 @@ std::optional<Step> ErrorsScenario::next()
     if (m_normalLeft > 0) {
         --m_normalLeft;
         if (m_normalLeft == 0) {
-            m_errorsLeft = m_random.between(kShortestBlock, kLongestBlock);
+            m_errorsLeft = m_random.between(kMinBlock, kMaxBlock);
         }
         return Transmission{readingFrame(reading)};
     }
@@ -63,7 +63,7 @@ std::optional<Step> ErrorsScenario::next()
     }
     if (--m_errorsLeft == 0) {
         m_block = (m_block + 1) % kBlocks.size();
-        m_normalLeft = m_random.between(kFewestNormal, kMostNormal);
+        m_normalLeft = m_random.between(kMinNormal, kMaxNormal);
     }
     return Transmission{readingFrame(reading)};
 }

@@ -7,8 +7,8 @@
 
 namespace ork2 {
 
-// Weather with error codes between the readings, without end: each of the three codes in both
-// fields, and every pair of two different codes or of a code and a height. 15 blocks in turn.
+// Endless weather with error codes between the readings. Cycles through 15 blocks: each of the
+// three codes in both fields, and every pair of two different codes or of a code and a height.
 class ErrorsScenario : public Scenario
 {
 public:

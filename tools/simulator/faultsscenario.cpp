@@ -7,13 +7,13 @@ namespace ork2 {
 
 namespace {
 
-constexpr int kFewestGood = 3; // readings between two faults
-constexpr int kMostGood = 20;
-constexpr int kLongestNoise = 300;  // bytes
-constexpr int kShortestSilence = 3; // periods
-constexpr int kLongestSilence = 40;
-constexpr int kShortestUnplugging = 2;
-constexpr int kLongestUnplugging = 10;
+constexpr int kMinGood = 3; // readings between two faults
+constexpr int kMaxGood = 20;
+constexpr int kMaxNoise = 300; // bytes
+constexpr int kMinSilence = 3; // periods
+constexpr int kMaxSilence = 40;
+constexpr int kMinUnplugging = 2;
+constexpr int kMaxUnplugging = 10;
 constexpr int kLastFrameByte = static_cast<int>(kFrameLength) - 1;
 
 } // namespace
@@ -22,7 +22,7 @@ FaultsScenario::FaultsScenario(quint32 seed, std::chrono::milliseconds period)
     : m_weather(seed)
     , m_random(seed + 1)
     , m_period(period)
-    , m_goodLeft(m_random.between(kFewestGood, kMostGood))
+    , m_goodLeft(m_random.between(kMinGood, kMaxGood))
 { }
 
 std::optional<Step> FaultsScenario::next()
@@ -31,13 +31,13 @@ std::optional<Step> FaultsScenario::next()
         --m_goodLeft;
         return Transmission{nextFrame()};
     }
-    m_goodLeft = m_random.between(kFewestGood, kMostGood);
+    m_goodLeft = m_random.between(kMinGood, kMaxGood);
     const auto fault = static_cast<Fault>(m_fault);
     m_fault = (m_fault + 1) % kFaults;
-    return faulty(fault);
+    return makeFault(fault);
 }
 
-Step FaultsScenario::faulty(Fault fault)
+Step FaultsScenario::makeFault(Fault fault)
 {
     switch (fault) {
     case Fault::LostByte:
@@ -53,18 +53,18 @@ Step FaultsScenario::faulty(Fault fault)
         return Transmission{frame};
     }
     case Fault::Noise: {
-        QByteArray noise(m_random.between(1, kLongestNoise), '\0');
+        QByteArray noise(m_random.between(1, kMaxNoise), '\0');
         for (char &byte : noise) {
             byte = randomByte();
         }
         return Transmission{noise};
     }
     case Fault::Silence:
-        return Silence{m_period * m_random.between(kShortestSilence, kLongestSilence)};
+        return Silence{m_period * m_random.between(kMinSilence, kMaxSilence)};
     case Fault::Unplugging:
         break;
     }
-    return Unplugging{m_period * m_random.between(kShortestUnplugging, kLongestUnplugging)};
+    return Unplugging{m_period * m_random.between(kMinUnplugging, kMaxUnplugging)};
 }
 
 QByteArray FaultsScenario::nextFrame()

@@ -7,13 +7,13 @@
 
 namespace ork2 {
 
-// Weather on a bad line, without end: between runs of good readings come, in turn, a reading with
-// a byte lost, one with a byte added, one with a byte changed, noise of 1 to 300 bytes, silence,
-// and the cable pulled.
+// Endless weather on a bad line. Between series of good readings, cycles through these faults: a
+// reading with a lost byte, with an additional byte and with a changed byte, noise of 1 to 300
+// bytes, silence, and an unplugged cable.
 class FaultsScenario : public Scenario
 {
 public:
-    // Silence and pulled cable last a number of periods, so that they stay in proportion.
+    // Silence and unplugging last a multiple of the period.
     FaultsScenario(quint32 seed, std::chrono::milliseconds period);
 
     [[nodiscard]] std::optional<Step> next() override;
@@ -22,7 +22,7 @@ private:
     enum class Fault { LostByte, AddedByte, ChangedByte, Noise, Silence, Unplugging };
     static constexpr int kFaults = 6;
 
-    [[nodiscard]] Step faulty(Fault fault);
+    [[nodiscard]] Step makeFault(Fault fault);
     [[nodiscard]] QByteArray nextFrame();
     [[nodiscard]] char randomByte();
 

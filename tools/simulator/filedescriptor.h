@@ -7,7 +7,7 @@
 
 namespace ork2 {
 
-// Owns one POSIX file descriptor; -1 is none.
+// Owns a POSIX file descriptor; -1 means none.
 class FileDescriptor
 {
 public:

@@ -11,8 +11,8 @@
 
 namespace {
 
-constexpr int kExitFailure = 1; // of the system: no pseudo-terminal, no link
-constexpr int kExitUsage = 2;   // wrong options or a wrong file
+constexpr int kExitFailure = 1; // system error: no pseudo-terminal or no link
+constexpr int kExitUsage = 2;   // invalid options or invalid file
 
 void print(std::FILE *stream, const QString &text)
 {
@@ -20,7 +20,7 @@ void print(std::FILE *stream, const QString &text)
     std::fflush(stream);
 }
 
-int complain(const QString &text, int exitCode)
+int reportError(const QString &text, int exitCode)
 {
     print(stderr, QStringLiteral("ork2-simulator: %1\n").arg(text));
     return exitCode;
@@ -30,21 +30,21 @@ int complain(const QString &text, int exitCode)
 
 int main(int argc, char *argv[])
 {
-    // Whoever reads the output may go away, "| head" for one: the playing goes on.
+    // Continue if the reader of the output exits, for example with "| head".
     std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);
 
     const ork2::CommandLine commandLine = ork2::parseCommandLine(QCoreApplication::arguments());
-    if (commandLine.helpAsked) {
+    if (commandLine.helpRequested) {
         print(stdout, commandLine.text);
         return 0;
     }
     if (!commandLine.options) {
-        return complain(commandLine.text, kExitUsage);
+        return reportError(commandLine.text, kExitUsage);
     }
     ork2::ScenarioResult result = ork2::makeScenario(*commandLine.options);
     if (!result.scenario) {
-        return complain(result.error, kExitUsage);
+        return reportError(result.error, kExitUsage);
     }
 
     const ork2::TerminationSignal termination;
@@ -56,7 +56,7 @@ int main(int argc, char *argv[])
     QObject::connect(
         &player, &ork2::Player::finished, &application, [] { QCoreApplication::quit(); });
     QObject::connect(&player, &ork2::Player::failed, &application,
-        [](const QString &reason) { QCoreApplication::exit(complain(reason, kExitFailure)); });
+        [](const QString &reason) { QCoreApplication::exit(reportError(reason, kExitFailure)); });
     QMetaObject::invokeMethod(&player, &ork2::Player::start, Qt::QueuedConnection);
     return QCoreApplication::exec();
 }

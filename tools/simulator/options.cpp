@@ -11,9 +11,9 @@ namespace ork2 {
 
 namespace {
 
-constexpr qint64 kLongestPeriodMs = 3'600'000;
+constexpr qint64 kMaxPeriodMs = 3'600'000;
 
-// Every option's text, taken out of the parser one by one; the first fault is kept.
+// Reads the options from the parser one by one; keeps the first error.
 class OptionReader
 {
 public:
@@ -31,11 +31,11 @@ public:
         if (isNumber && value >= lowest && value <= highest) {
             return value;
         }
-        fault(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\"")
-                  .arg(name)
-                  .arg(lowest)
-                  .arg(highest)
-                  .arg(m_parser.value(name)));
+        setError(QStringLiteral("--%1 takes a whole number from %2 to %3, not \"%4\"")
+                     .arg(name)
+                     .arg(lowest)
+                     .arg(highest)
+                     .arg(m_parser.value(name)));
         return std::nullopt;
     }
 
@@ -45,7 +45,7 @@ public:
             return fallback;
         }
         if (m_parser.value(name).isEmpty()) {
-            fault(QStringLiteral("--%1 must not be empty").arg(name));
+            setError(QStringLiteral("--%1 must not be empty").arg(name));
         }
         return m_parser.value(name);
     }
@@ -57,55 +57,56 @@ public:
             return Delivery::Whole;
         }
         if (m_parser.value(name) != QLatin1String("bytes")) {
-            fault(QStringLiteral("--delivery takes \"whole\" or \"bytes\", not \"%1\"")
-                      .arg(m_parser.value(name)));
+            setError(QStringLiteral("--delivery takes \"whole\" or \"bytes\", not \"%1\"")
+                         .arg(m_parser.value(name)));
         }
         return Delivery::Bytes;
     }
 
-    void fault(const QString &text)
+    void setError(const QString &text)
     {
-        if (m_fault.isEmpty()) {
-            m_fault = text;
+        if (m_error.isEmpty()) {
+            m_error = text;
         }
     }
-    [[nodiscard]] QString fault() const { return m_fault; }
+    [[nodiscard]] QString error() const { return m_error; }
 
 private:
     const QCommandLineParser &m_parser;
-    QString m_fault;
+    QString m_error;
 };
 
 void describe(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral(
-        "Plays a cloud-base height meter on a pseudo-terminal and prints \"ready PATH\" whenever\n"
-        "there is one to open. While nobody has it open, readings are lost, as on a real line."));
+        "Simulates a cloud-base height meter on a pseudo-terminal and prints \"ready PATH\" when "
+        "it\n"
+        "can be opened. While no program has it open, readings are lost, as on a real line."));
     parser.addOptions({
         {QStringLiteral("scenario"),
-            QStringLiteral("What to play: weather (default), errors, faults, or a scenario file."),
+            QStringLiteral("Scenario: weather (default), errors, faults, or a scenario file."),
             QStringLiteral("NAME|FILE")},
         {QStringLiteral("replay"),
-            QStringLiteral("Play the readings of a day file of the terminal, one a period."),
+            QStringLiteral("Send the readings of a day file of the terminal, one per period."),
             QStringLiteral("DAYFILE")},
         {QStringLiteral("period"),
-            QStringLiteral("Milliseconds from one reading to the next, default 1000. 0: flat out; "
-                           "then the simulator waits for the reader and nothing is lost."),
+            QStringLiteral("Milliseconds between readings, default 1000. 0: as fast as possible; "
+                           "the simulator waits for the reader and no reading is lost."),
             QStringLiteral("MS")},
         {QStringLiteral("delivery"),
-            QStringLiteral("whole (default): a reading in one piece; "
-                           "bytes: byte by byte at the pace of 9600 baud."),
+            QStringLiteral("whole (default): each reading in one write; "
+                           "bytes: byte by byte at 9600 baud."),
             QStringLiteral("whole|bytes")},
-        {QStringLiteral("seed"), QStringLiteral("Same number, same bytes; default 1."),
+        {QStringLiteral("seed"), QStringLiteral("Seed of the random numbers; default 1."),
             QStringLiteral("N")},
         {QStringLiteral("count"),
-            QStringLiteral("End after N readings, damaged ones, noise and \"bytes\" included."),
+            QStringLiteral("Exit after N readings, including corrupted ones, noise and \"bytes\"."),
             QStringLiteral("N")},
         {QStringLiteral("link"),
-            QStringLiteral("Make PATH a symbolic link to the pseudo-terminal while it is there."),
+            QStringLiteral("Create a symbolic link PATH to the pseudo-terminal while it exists."),
             QStringLiteral("PATH")},
         QCommandLineOption(QStringList{QStringLiteral("h"), QStringLiteral("help")},
-            QStringLiteral("Print this text.")),
+            QStringLiteral("Show this help.")),
     });
 }
 
@@ -128,7 +129,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     options.dayFile = reader.text(QStringLiteral("replay"));
     options.linkPath = reader.text(QStringLiteral("link"));
     options.delivery = reader.delivery();
-    if (const auto period = reader.number(QStringLiteral("period"), 0, kLongestPeriodMs)) {
+    if (const auto period = reader.number(QStringLiteral("period"), 0, kMaxPeriodMs)) {
         options.period = std::chrono::milliseconds(*period);
     }
     if (const auto seed =
@@ -140,15 +141,15 @@ CommandLine parseCommandLine(const QStringList &arguments)
         options.count = static_cast<int>(*count);
     }
     if (parser.isSet(QStringLiteral("scenario")) && parser.isSet(QStringLiteral("replay"))) {
-        reader.fault(QStringLiteral("--scenario and --replay exclude each other"));
+        reader.setError(QStringLiteral("--scenario and --replay exclude each other"));
     }
     if (!parser.positionalArguments().isEmpty()) {
-        reader.fault(QStringLiteral("there is no use for the argument \"%1\"")
-                         .arg(parser.positionalArguments().constFirst()));
+        reader.setError(QStringLiteral("there is no use for the argument \"%1\"")
+                            .arg(parser.positionalArguments().constFirst()));
     }
 
-    if (!reader.fault().isEmpty()) {
-        return {std::nullopt, false, reader.fault()};
+    if (!reader.error().isEmpty()) {
+        return {std::nullopt, false, reader.error()};
     }
     return {options, false, {}};
 }

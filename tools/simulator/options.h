@@ -10,29 +10,29 @@
 namespace ork2 {
 
 enum class Delivery {
-    Whole, // a frame in one write
-    Bytes, // byte by byte at the pace of the serial line
+    Whole, // each frame in one write
+    Bytes, // byte by byte at the speed of the serial line
 };
 
 struct Options
 {
-    QString scenario = QStringLiteral("weather"); // a built-in one's name or a file's
-    QString dayFile;                              // empty: the scenario is played
+    QString scenario = QStringLiteral("weather"); // name of a built-in scenario or of a file
+    QString dayFile;                              // empty: use the scenario
     QString linkPath;                             // empty: no link
-    std::chrono::milliseconds period{1000};       // 0: as fast as the reader takes it
+    std::chrono::milliseconds period{1000};       // 0: as fast as the reader reads
     Delivery delivery = Delivery::Whole;
     quint32 seed = 1;
-    std::optional<int> count; // transmissions; none: without end
+    std::optional<int> count; // transmissions; std::nullopt: unlimited
 };
 
 struct CommandLine
 {
-    std::optional<Options> options; // none: print the text and exit
-    bool helpAsked = false;         // the text is the help; otherwise it tells what is wrong
+    std::optional<Options> options; // std::nullopt: print the text and exit
+    bool helpRequested = false;     // the text is the help; otherwise it is an error message
     QString text;
 };
 
-// arguments: the program's name first.
+// The first argument is the program name.
 [[nodiscard]] CommandLine parseCommandLine(const QStringList &arguments);
 
 } // namespace ork2

@@ -18,12 +18,12 @@ constexpr int kBaudRate = 9600;
 constexpr int kBitsPerByte = 10; // start bit, 8 data bits, stop bit
 constexpr std::chrono::nanoseconds kByteTime{1'000'000'000LL * kBitsPerByte / kBaudRate};
 
-constexpr qsizetype kLineCapacity = 4095; // bytes that a terminal keeps for its reader
-constexpr int kStepsPerTurn = 64;         // of the event loop, when playing flat out
+constexpr qsizetype kLineCapacity = 4095; // bytes that a terminal buffers for its reader
+constexpr int kStepsPerTurn = 64;         // per event loop iteration if the period is 0
 
-constexpr auto kLookInterval = 20ms;
-constexpr int kLooksUntilTaken = 3;  // written bytes become visible a moment later only
-constexpr auto kReaderPatience = 1s; // without progress
+constexpr auto kCheckInterval = 20ms;
+constexpr int kChecksUntilRead = 3; // written bytes become visible with a delay
+constexpr auto kReaderTimeout = 1s; // without progress
 
 } // namespace
 
@@ -44,7 +44,7 @@ Player::Player(std::unique_ptr<Scenario> scenario, const Options &options, QObje
 
 void Player::start()
 {
-    if (plugIn()) {
+    if (plug()) {
         m_timer.start(0ms);
     }
 }
@@ -56,10 +56,10 @@ void Player::resume()
         play();
         return;
     case State::AwaitingReader:
-        lookForReader();
+        checkReader();
         return;
     case State::Unplugged:
-        if (plugIn()) {
+        if (plug()) {
             play();
         }
         return;
@@ -84,7 +84,7 @@ void Player::play()
     m_timer.start(0ms);
 }
 
-// False: play() is over for now.
+// Returns false if play() must return.
 bool Player::beginStep()
 {
     const std::optional<Step> step = m_left == 0 ? std::nullopt : m_scenario->next();
@@ -103,7 +103,7 @@ void Player::begin(const Transmission &transmission)
     if (m_left) {
         --*m_left;
     }
-    if (!waitsForReader() && !lineTakes(transmission.bytes.size())) {
+    if (!waitsForReader() && !lineHasRoomFor(transmission.bytes.size())) {
         return;
     }
     m_pending = transmission.bytes;
@@ -118,19 +118,19 @@ void Player::begin(const Silence &silence)
 void Player::begin(const Unplugging &unplugging)
 {
     if (!waitsForReader()) {
-        pullOut(unplugging.duration);
+        unplug(unplugging.duration);
         return;
     }
     m_unplugging = unplugging.duration;
     awaitReader();
 }
 
-bool Player::lineTakes(qsizetype size)
+bool Player::lineHasRoomFor(qsizetype size)
 {
     return m_terminal.readerPresent() && m_terminal.unread() + size <= kLineCapacity;
 }
 
-// True: nothing is pending. Otherwise the timer or the notifier will call again.
+// Returns true if nothing is pending. Otherwise the timer or the notifier calls play() again.
 bool Player::transmit()
 {
     if (m_pending.isEmpty()) {
@@ -140,17 +140,17 @@ bool Player::transmit()
     if (byteWise) {
         std::this_thread::sleep_until(m_byteDue);
     }
-    const qsizetype taken =
+    const qsizetype written =
         m_terminal.write(QByteArrayView(m_pending).first(byteWise ? 1 : m_pending.size()));
-    if (taken < 0) {
+    if (written < 0) {
         Q_EMIT failed(m_terminal.errorString());
         return false;
     }
-    m_pending.remove(0, taken);
+    m_pending.remove(0, written);
     if (m_pending.isEmpty()) {
         return true;
     }
-    if (taken == 0 || !byteWise) {
+    if (written == 0 || !byteWise) {
         m_room->setEnabled(true);
         return false;
     }
@@ -162,47 +162,47 @@ bool Player::transmit()
 void Player::awaitReader()
 {
     m_state = State::AwaitingReader;
-    m_emptyLooks = 0;
+    m_emptyChecks = 0;
     m_lastUnread = 0;
     m_lastProgress = Clock::now();
-    lookForReader();
+    checkReader();
 }
 
-void Player::lookForReader()
+void Player::checkReader()
 {
-    if (!isTaken()) {
-        m_timer.start(kLookInterval);
+    if (!isRead()) {
+        m_timer.start(kCheckInterval);
         return;
     }
     if (m_unplugging) {
-        pullOut(*std::exchange(m_unplugging, std::nullopt));
+        unplug(*std::exchange(m_unplugging, std::nullopt));
     } else {
         Q_EMIT finished();
     }
 }
 
-bool Player::isTaken()
+bool Player::isRead()
 {
     const qsizetype unread = m_terminal.unread();
     if (unread != std::exchange(m_lastUnread, unread)) {
         m_lastProgress = Clock::now();
     }
-    m_emptyLooks = unread == 0 ? m_emptyLooks + 1 : 0;
-    if (m_emptyLooks >= kLooksUntilTaken) {
+    m_emptyChecks = unread == 0 ? m_emptyChecks + 1 : 0;
+    if (m_emptyChecks >= kChecksUntilRead) {
         return true;
     }
     return !waitsForReader()
-        && (!m_terminal.readerPresent() || Clock::now() - m_lastProgress > kReaderPatience);
+        && (!m_terminal.readerPresent() || Clock::now() - m_lastProgress > kReaderTimeout);
 }
 
-bool Player::plugIn()
+bool Player::plug()
 {
     if (!m_terminal.open()) {
         Q_EMIT failed(QStringLiteral("cannot open a pseudo-terminal: ") + m_terminal.errorString());
         return false;
     }
     m_requests = std::make_unique<QSocketNotifier>(m_terminal.descriptor(), QSocketNotifier::Read);
-    connect(m_requests.get(), &QSocketNotifier::activated, this, &Player::heedReader);
+    connect(m_requests.get(), &QSocketNotifier::activated, this, &Player::handleReaderInput);
     m_room = std::make_unique<QSocketNotifier>(m_terminal.descriptor(), QSocketNotifier::Write);
     m_room->setEnabled(false);
     connect(m_room.get(), &QSocketNotifier::activated, this, [this] {
@@ -220,16 +220,16 @@ bool Player::plugIn()
     return true;
 }
 
-void Player::heedReader()
+void Player::handleReaderInput()
 {
     m_terminal.drain();
-    // What a reader left behind must not wait for the next one; playing flat out loses nothing.
+    // Data not read by one reader must not be sent to the next one, unless the period is 0.
     if (!waitsForReader()) {
         std::ignore = m_terminal.readerPresent();
     }
 }
 
-void Player::pullOut(std::chrono::milliseconds duration)
+void Player::unplug(std::chrono::milliseconds duration)
 {
     m_state = State::Unplugged;
     if (m_link) {

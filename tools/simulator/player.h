@@ -16,32 +16,32 @@
 
 namespace ork2 {
 
-// Plays a scenario on a pseudo-terminal of its own. Needs an event loop; never waits for longer
-// than the time of one byte. A reading that the line cannot take whole is dropped whole, unless
-// the period is 0: then the player waits for the reader. What the reader sends is ignored.
+// Plays a scenario on a pseudo-terminal. Requires an event loop; never blocks longer than the
+// duration of one byte. A reading that does not fit into the line's buffer is dropped completely,
+// unless the period is 0: then the player waits for the reader. Data from the reader is ignored.
 class Player : public QObject
 {
     Q_OBJECT
 
 public:
-    // Of the options it uses period, delivery, count and link path.
+    // Uses only the options period, delivery, count and linkPath.
     Player(std::unique_ptr<Scenario> scenario, const Options &options, QObject *parent = nullptr);
 
     void start();
 
 Q_SIGNALS:
-    // There is a pseudo-terminal to open: at the start, and after each unplugging.
+    // The pseudo-terminal can be opened. Emitted at the start and after each unplugging.
     void ready(const QString &path);
-    // All is played, and taken by the reader if there is one who reads.
+    // The scenario has ended, and the reader, if any, has read all data.
     void finished();
-    // Nothing goes on after this.
+    // The player has stopped because of an error.
     void failed(const QString &reason);
 
 private:
     using Clock = std::chrono::steady_clock;
     enum class State {
         Playing,
-        AwaitingReader, // for what is played to be taken, then unplugging or the end
+        AwaitingReader, // until all data has been read; then unplugging or the end
         Unplugged,
     };
 
@@ -51,14 +51,14 @@ private:
     void begin(const Transmission &transmission);
     void begin(const Silence &silence);
     void begin(const Unplugging &unplugging);
-    [[nodiscard]] bool lineTakes(qsizetype size);
+    [[nodiscard]] bool lineHasRoomFor(qsizetype size);
     [[nodiscard]] bool transmit();
     void awaitReader();
-    void lookForReader();
-    [[nodiscard]] bool isTaken();
-    void heedReader();
-    [[nodiscard]] bool plugIn();
-    void pullOut(std::chrono::milliseconds duration);
+    void checkReader();
+    [[nodiscard]] bool isRead();
+    void handleReaderInput();
+    [[nodiscard]] bool plug();
+    void unplug(std::chrono::milliseconds duration);
 
     [[nodiscard]] bool waitsForReader() const
     {
@@ -78,12 +78,12 @@ private:
     State m_state = State::Playing;
     QTimer m_timer;
     Clock::time_point m_due;     // of the next step
-    QByteArray m_pending;        // begun and not yet on the line
-    Clock::time_point m_byteDue; // when the next pending byte has passed the line
+    QByteArray m_pending;        // not yet written to the line
+    Clock::time_point m_byteDue; // when the transmission of the next pending byte is complete
 
-    std::optional<std::chrono::milliseconds> m_unplugging; // follows once the reader took all
+    std::optional<std::chrono::milliseconds> m_unplugging; // after all data has been read
     qsizetype m_lastUnread = 0;
-    int m_emptyLooks = 0;
+    int m_emptyChecks = 0;
     Clock::time_point m_lastProgress;
 };
 

@@ -79,10 +79,10 @@ void PseudoTerminal::close()
 
 qsizetype PseudoTerminal::write(QByteArrayView bytes)
 {
-    const ssize_t taken =
+    const ssize_t written =
         ::write(m_master.get(), bytes.data(), static_cast<std::size_t>(bytes.size()));
-    if (taken >= 0) {
-        return taken;
+    if (written >= 0) {
+        return written;
     }
     if (errno == EAGAIN || errno == EINTR) {
         return 0;
@@ -107,10 +107,10 @@ QByteArray PseudoTerminal::drain()
 
 qsizetype PseudoTerminal::unread() const
 {
-    const FileDescriptor passing = m_slave.isValid() ? FileDescriptor() : openSlave();
+    const FileDescriptor temporary = m_slave.isValid() ? FileDescriptor() : openSlave();
     int size = 0;
-    const int asked = m_slave.isValid() ? m_slave.get() : passing.get();
-    return ::ioctl(asked, FIONREAD, &size) == 0 ? size : 0;
+    const int descriptor = m_slave.isValid() ? m_slave.get() : temporary.get();
+    return ::ioctl(descriptor, FIONREAD, &size) == 0 ? size : 0;
 }
 
 bool PseudoTerminal::readerPresent()

@@ -9,9 +9,10 @@
 
 namespace ork2 {
 
-// The instrument's end of a line: a pseudo-terminal whose other side a reader opens as its port.
-// That side is raw and is held open here too, so that it keeps its settings and what was written
-// while no reader is there (but see readerPresent()). Any one thread.
+// The instrument's side of a serial line: a pseudo-terminal whose other side a reader opens as a
+// port. The other side is in raw mode and is also kept open by this class, so that it keeps its
+// settings and the data written while there is no reader (but see readerPresent()). Not
+// thread-safe.
 class PseudoTerminal
 {
 public:
@@ -19,29 +20,30 @@ public:
     Q_DISABLE_COPY_MOVE(PseudoTerminal)
     ~PseudoTerminal() = default;
 
-    // False: nothing is open and errorString() tells which call failed and why. An open
-    // pseudo-terminal is closed first.
+    // Closes an open pseudo-terminal first. Returns false on failure; errorString() then contains
+    // the function that failed and the reason.
     [[nodiscard]] bool open();
-    // Readers see a cable being pulled: what they had not read is lost.
+    // Readers detect a hang-up; unread data is lost.
     void close();
     [[nodiscard]] bool isOpen() const { return m_master.isValid(); }
 
-    // What a reader opens, e.g. "/dev/pts/3"; empty while closed.
+    // The path for the reader, for example "/dev/pts/3"; empty while closed.
     [[nodiscard]] QString path() const { return m_path; }
     [[nodiscard]] QString errorString() const { return m_errorString; }
 
-    // Never waits. The number of bytes taken, fewer than given when the line is full; -1: failed,
-    // see errorString().
+    // Does not block. Returns the number of bytes written, which is smaller than the size if the
+    // line's buffer is full, or -1 on failure, see errorString().
     [[nodiscard]] qsizetype write(QByteArrayView bytes);
-    // Everything the reader has sent since the last call.
+    // Returns all data sent by the reader since the last call.
     QByteArray drain();
 
-    // Bytes that lie ready for the reader, at most 4095; just written ones count a moment later.
+    // Returns the number of bytes available to the reader, at most 4095. Newly written bytes are
+    // counted with a delay.
     [[nodiscard]] qsizetype unread() const;
 
-    // Whether somebody has path() open. If nobody has, everything unread is discarded. While
-    // somebody has, the own hold on that side is given up: his leaving makes descriptor() readable,
-    // and whoever watches that must call this again.
+    // Returns whether a reader has path() open. If not, discards all unread data. If so, closes
+    // this class's descriptor of that side, so that descriptor() becomes readable when the reader
+    // closes the port; call this function again then.
     [[nodiscard]] bool readerPresent();
 
     // For socket notifiers; -1 while closed.

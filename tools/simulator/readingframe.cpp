@@ -7,7 +7,7 @@ namespace ork2 {
 
 QByteArray heightField(int height)
 {
-    Q_ASSERT(height >= 0 && height <= kHighestHeight);
+    Q_ASSERT(height >= 0 && height <= kMaxHeight);
     return QByteArray::number(height).rightJustified(kHeightDigits, '0');
 }
 

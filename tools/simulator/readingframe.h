@@ -7,9 +7,9 @@
 
 namespace ork2 {
 
-inline constexpr int kHighestHeight = 9999; // four digits hold no more
+inline constexpr int kMaxHeight = 9999; // the largest number with four digits
 
-// Heights in metres, 0 to kHighestHeight, or one of the codes of frames.h.
+// Heights in metres, 0 to kMaxHeight, or one of the codes in frames.h.
 struct Reading
 {
     Channel channel;
@@ -19,10 +19,10 @@ struct Reading
     friend bool operator==(const Reading &, const Reading &) = default;
 };
 
-// The four digits of a height.
+// Returns the four digits of a height.
 [[nodiscard]] QByteArray heightField(int height);
 
-// Fields are kHeightDigits characters each and are sent as they stand.
+// The fields have kHeightDigits characters each and are sent unchanged.
 [[nodiscard]] QByteArray readingFrame(
     Channel channel, const QByteArray &first, const QByteArray &second);
 [[nodiscard]] QByteArray readingFrame(const Reading &reading);

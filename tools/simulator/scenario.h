@@ -10,7 +10,7 @@
 
 namespace ork2 {
 
-// Sent in one go; takes one period. Usually a reading, but any bytes may do.
+// Sent at once; takes one period. Usually a reading, but any bytes are allowed.
 struct Transmission
 {
     QByteArray bytes;
@@ -18,7 +18,7 @@ struct Transmission
     friend bool operator==(const Transmission &, const Transmission &) = default;
 };
 
-// A pause on top of the period.
+// A pause in addition to the period.
 struct Silence
 {
     std::chrono::milliseconds duration;
@@ -26,7 +26,7 @@ struct Silence
     friend bool operator==(const Silence &, const Silence &) = default;
 };
 
-// The instrument's cable is pulled and comes back after the duration.
+// The cable is unplugged and is plugged in again after the duration.
 struct Unplugging
 {
     std::chrono::milliseconds duration;
@@ -36,7 +36,7 @@ struct Unplugging
 
 using Step = std::variant<Transmission, Silence, Unplugging>;
 
-// What an instrument does, step by step. Knows neither line nor clock.
+// The steps of a simulated instrument, independent of the line and the clock.
 class Scenario
 {
 public:
@@ -44,7 +44,7 @@ public:
     Q_DISABLE_COPY_MOVE(Scenario)
     virtual ~Scenario() = default;
 
-    // None: the scenario is over.
+    // Returns std::nullopt at the end of the scenario.
     [[nodiscard]] virtual std::optional<Step> next() = 0;
 };
 

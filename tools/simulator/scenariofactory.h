@@ -10,11 +10,11 @@ namespace ork2 {
 
 struct ScenarioResult
 {
-    std::unique_ptr<Scenario> scenario; // none: see error
+    std::unique_ptr<Scenario> scenario; // null: see error
     QString error;
 };
 
-// What the options ask to be played. Reads the scenario file or the day file, whole.
+// Creates the scenario selected by the options. Reads the entire scenario file or day file.
 [[nodiscard]] ScenarioResult makeScenario(const Options &options);
 
 } // namespace ork2

@@ -12,7 +12,7 @@ namespace ork2 {
 
 namespace {
 
-// What one line asks for, or what is wrong with it.
+// The content of a line, or the error in it.
 struct Line
 {
     std::optional<ScriptStep> step;
@@ -20,12 +20,12 @@ struct Line
     QString error;
 };
 
-Line wrong(const QString &error)
+Line makeError(const QString &error)
 {
     return {.step = std::nullopt, .repeats = false, .error = error};
 }
 
-Line playing(Step step, int times = 1)
+Line makeStep(Step step, int times = 1)
 {
     return {.step = ScriptStep{std::move(step), times}, .repeats = false, .error = {}};
 }
@@ -35,7 +35,7 @@ QString quoted(const QByteArray &word)
     return QStringLiteral("\"%1\"").arg(QString::fromUtf8(word));
 }
 
-// Digits only: no sign, no blanks.
+// Accepts digits only: no sign, no spaces.
 std::optional<int> wholeNumber(const QByteArray &word, int lowest, int highest)
 {
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
@@ -51,37 +51,38 @@ std::optional<int> wholeNumber(const QByteArray &word, int lowest, int highest)
 Line readingLine(const QList<QByteArray> &words)
 {
     if (words.size() < 4 || words.size() > 5) {
-        return wrong(
+        return makeError(
             QStringLiteral("\"reading\" takes a channel, two heights and, if need be, xN"));
     }
     if (words[1].size() != 1 || !wholeNumber(words[1], 0, 9)) {
-        return wrong(QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
+        return makeError(
+            QStringLiteral("the channel must be one digit, not %1").arg(quoted(words[1])));
     }
 
-    // Any digit may be played, also one that is no channel.
+    // Any digit is allowed, including those that are not channels.
     Reading reading{static_cast<Channel>(words[1].front()), 0, 0};
     for (auto [word, height] :
         {std::pair(words[2], &reading.firstLayer), std::pair(words[3], &reading.secondLayer)}) {
-        const std::optional<int> number = wholeNumber(word, 0, kHighestHeight);
+        const std::optional<int> number = wholeNumber(word, 0, kMaxHeight);
         if (!number) {
-            return wrong(QStringLiteral("a height must be a whole number from 0 to %1, not %2")
-                             .arg(kHighestHeight)
-                             .arg(quoted(word)));
+            return makeError(QStringLiteral("a height must be a whole number from 0 to %1, not %2")
+                                 .arg(kMaxHeight)
+                                 .arg(quoted(word)));
         }
         *height = *number;
     }
 
     std::optional<int> times = 1;
     if (words.size() == 5) {
-        times =
-            words[4].startsWith('x') ? wholeNumber(words[4].mid(1), 1, kMostTimes) : std::nullopt;
+        times = words[4].startsWith('x') ? wholeNumber(words[4].mid(1), 1, kMaxRepetitions)
+                                         : std::nullopt;
         if (!times) {
-            return wrong(QStringLiteral("the repetition must be x1 to x%1, not %2")
-                             .arg(kMostTimes)
-                             .arg(quoted(words[4])));
+            return makeError(QStringLiteral("the repetition must be x1 to x%1, not %2")
+                                 .arg(kMaxRepetitions)
+                                 .arg(quoted(words[4])));
         }
     }
-    return playing(Transmission{readingFrame(reading)}, *times);
+    return makeStep(Transmission{readingFrame(reading)}, *times);
 }
 
 Line bytesLine(const QList<QByteArray> &words)
@@ -89,37 +90,37 @@ Line bytesLine(const QList<QByteArray> &words)
     QByteArray bytes;
     for (const QByteArray &word : words.mid(1)) {
         const QByteArray decoded = QByteArray::fromHex(word);
-        // fromHex() skips what is no digit; writing back shows whether it did.
+        // fromHex() ignores invalid characters; toHex() detects them.
         if (decoded.toHex() != word.toLower()) {
-            return wrong(QStringLiteral("%1 is not made of bytes, two hexadecimal digits each")
-                             .arg(quoted(word)));
+            return makeError(QStringLiteral("%1 is not made of bytes, two hexadecimal digits each")
+                                 .arg(quoted(word)));
         }
         bytes += decoded;
     }
-    if (bytes.isEmpty() || bytes.size() > kMostScriptBytes) {
-        return wrong(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMostScriptBytes));
+    if (bytes.isEmpty() || bytes.size() > kMaxScriptBytes) {
+        return makeError(QStringLiteral("\"bytes\" takes 1 to %1 bytes").arg(kMaxScriptBytes));
     }
-    return playing(Transmission{bytes});
+    return makeStep(Transmission{bytes});
 }
 
 Line pauseLine(const QList<QByteArray> &words)
 {
-    const auto longest = static_cast<int>(kLongestPause.count());
+    const auto longest = static_cast<int>(kMaxPause.count());
     const std::optional<int> number =
         words.size() == 2 ? wholeNumber(words[1], 0, longest) : std::nullopt;
     if (!number) {
-        return wrong(QStringLiteral("%1 takes one whole number of milliseconds from 0 to %2")
-                         .arg(quoted(words[0]))
-                         .arg(longest));
+        return makeError(QStringLiteral("%1 takes one whole number of milliseconds from 0 to %2")
+                             .arg(quoted(words[0]))
+                             .arg(longest));
     }
     const std::chrono::milliseconds duration(*number);
-    return words[0] == "silence" ? playing(Silence{duration}) : playing(Unplugging{duration});
+    return words[0] == "silence" ? makeStep(Silence{duration}) : makeStep(Unplugging{duration});
 }
 
 Line repeatLine(const QList<QByteArray> &words)
 {
     if (words.size() > 1) {
-        return wrong(QStringLiteral("\"repeat\" stands alone"));
+        return makeError(QStringLiteral("\"repeat\" stands alone"));
     }
     return {.step = std::nullopt, .repeats = true, .error = {}};
 }
@@ -139,7 +140,7 @@ Line parseLine(const QList<QByteArray> &words)
     if (command == "repeat") {
         return repeatLine(words);
     }
-    return wrong(QStringLiteral("there is no command %1").arg(quoted(command)));
+    return makeError(QStringLiteral("there is no command %1").arg(quoted(command)));
 }
 
 bool transmits(const Script &script)
@@ -148,7 +149,7 @@ bool transmits(const Script &script)
         [](const ScriptStep &step) { return std::holds_alternative<Transmission>(step.step); });
 }
 
-// Adds the line to the script; the text is what hinders, if anything does.
+// Adds the line to the script. Returns an error message, or an empty string on success.
 QString addLine(Script &script, Line line)
 {
     if (!line.error.isEmpty()) {
@@ -172,17 +173,17 @@ QString addLine(Script &script, Line line)
 QString scenarioFileHelp()
 {
     return QStringLiteral(
-        "Scenario file, one step a line:\n"
+        "Scenario file, one step per line:\n"
         "  reading CHANNEL FIRST SECOND [xN]  a reading: channel digit, heights 0 to 9999, N "
         "times\n"
-        "  bytes HEX...                       any bytes, in place of a reading\n"
-        "  silence MS                         a pause, on top of the period\n"
-        "  unplug MS                          the cable is pulled and comes back after MS\n"
-        "  repeat                             as last line: from the start, without end\n"
-        "  # comment                          to the end of the line; empty lines are skipped\n"
+        "  bytes HEX...                       any bytes, instead of a reading\n"
+        "  silence MS                         a pause, in addition to the period\n"
+        "  unplug MS                          unplug the cable for MS milliseconds\n"
+        "  repeat                             as the last line: repeat from the start, forever\n"
+        "  # comment                          to the end of the line; empty lines are ignored\n"
         "Example:\n"
         "  reading 0 850 1500 x10\n"
-        "  bytes 48 30 0D  # a torn reading\n"
+        "  bytes 48 30 0D  # an incomplete reading\n"
         "  silence 6000\n"
         "  repeat\n");
 }

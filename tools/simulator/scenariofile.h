@@ -7,15 +7,15 @@
 
 namespace ork2 {
 
-inline constexpr int kMostTimes = 1'000'000;  // of one line's xN
-inline constexpr int kMostScriptBytes = 1024; // of one "bytes" line
-inline constexpr std::chrono::milliseconds kLongestPause = std::chrono::hours(24);
+inline constexpr int kMaxRepetitions = 1'000'000; // N of "xN" in a line
+inline constexpr int kMaxScriptBytes = 1024;      // in a "bytes" line
+inline constexpr std::chrono::milliseconds kMaxPause = std::chrono::hours(24);
 
-// The format, as told to the user.
+// Returns the description of the format for the user.
 [[nodiscard]] QString scenarioFileHelp();
 
-// Reads a scenario file's text. The error starts with fileName and, where one is to blame, the
-// line's number.
+// Parses the text of a scenario file. An error starts with fileName, followed by the number of the
+// line that caused it, if any.
 [[nodiscard]] ScriptResult parseScenarioFile(const QByteArray &text, const QString &fileName);
 
 } // namespace ork2

@@ -15,18 +15,18 @@ struct ScriptStep
     int times = 1;
 };
 
-// Steps that are known beforehand.
+// A fixed sequence of steps.
 struct Script
 {
     std::vector<ScriptStep> steps;
-    bool repeats = false; // from the first step on, without end
+    bool repeats = false; // from the first step, forever
 };
 
-// What reading a file gives: a script, or why there is none.
+// The result of parsing a file: a script or an error.
 struct ScriptResult
 {
     Script script;
-    QString error; // empty: the script holds; else a whole sentence part for the user
+    QString error; // empty if the script is valid; otherwise a message for the user
 };
 
 class ScriptScenario : public Scenario

@@ -7,7 +7,8 @@
 
 namespace ork2 {
 
-// Random numbers that are the same for one seed everywhere; the standard distributions are not.
+// Random numbers that depend only on the seed. The results of the standard distributions differ
+// between implementations.
 class SeededRandom
 {
 public:
@@ -15,9 +16,9 @@ public:
         : m_engine(seed)
     { }
 
-    // Both ends included; lowest <= highest.
+    // Returns a number from lowest to highest, inclusive; lowest must not exceed highest.
     [[nodiscard]] int between(int lowest, int highest);
-    // True once in the given number of calls, on average.
+    // Returns true once per the given number of calls, on average.
     [[nodiscard]] bool oneIn(int calls) { return between(1, calls) == 1; }
 
 private:

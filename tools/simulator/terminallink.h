@@ -5,8 +5,8 @@
 
 namespace ork2 {
 
-// A symbolic link that gives the pseudo-terminal a lasting name. Removed with the object, unless
-// somebody has pointed it elsewhere meanwhile.
+// A symbolic link that gives the pseudo-terminal a permanent name. The destructor removes the link,
+// unless it has been changed to another target.
 class TerminalLink
 {
 public:
@@ -14,8 +14,8 @@ public:
     Q_DISABLE_COPY_MOVE(TerminalLink)
     ~TerminalLink();
 
-    // Makes or replaces the link in one step: there is no moment without it. False, with
-    // errorString(): the path holds something that is no link, or the system refuses.
+    // Creates or atomically replaces the link. Returns false and sets errorString() if the path
+    // exists and is not a link, or if the system reports an error.
     [[nodiscard]] bool pointTo(const QString &target);
     void remove();
     [[nodiscard]] QString errorString() const { return m_errorString; }

@@ -14,7 +14,7 @@ constexpr std::array kSignals{SIGINT, SIGTERM};
 
 volatile std::sig_atomic_t g_writeEnd = -1;
 
-// Only what POSIX allows inside a signal handler.
+// Calls only functions that POSIX allows in a signal handler.
 extern "C" void forwardSignal(int /*number*/)
 {
     const char mark = 0;

@@ -7,7 +7,7 @@
 
 namespace ork2 {
 
-// Turns SIGINT and SIGTERM into a Qt signal of the event loop. One object per process.
+// Converts SIGINT and SIGTERM to a Qt signal. Create only one object per process.
 class TerminationSignal : public QObject
 {
     Q_OBJECT
@@ -17,7 +17,7 @@ public:
     Q_DISABLE_COPY_MOVE(TerminationSignal)
     ~TerminationSignal() override;
 
-    // False: the system gave no pipe, and the two signals end the process at once as ever.
+    // Returns false if no pipe could be created; the signals then terminate the process as usual.
     [[nodiscard]] bool isInstalled() const { return m_readEnd.isValid(); }
 
 Q_SIGNALS:

@@ -11,13 +11,13 @@ namespace ork2 {
 
 namespace {
 
-constexpr int kLowestBase = 60;         // metres
-constexpr int kHighestBase = 2800;      // metres
-constexpr int kHighestLayer = 4900;     // metres
-constexpr int kNarrowestGap = 250;      // metres
-constexpr int kWidestGap = 1400;        // metres
+constexpr int kMinBase = 60;            // metres
+constexpr int kMaxBase = 2800;          // metres
+constexpr int kMaxLayer = 4900;         // metres
+constexpr int kMinGap = 250;            // metres
+constexpr int kMaxGap = 1400;           // metres
 constexpr int kDriftPerReading = 6;     // metres at most, before the pull to the target
-constexpr int kPullDivisor = 90;        // readings it takes to come near the target
+constexpr int kPullDivisor = 90;        // time constant of the pull to the target, in readings
 constexpr int kScatter = 7;             // metres, of a single measurement
 constexpr int kReadingsPerTarget = 240; // on average
 
@@ -30,8 +30,8 @@ WeatherScenario::WeatherScenario(quint32 seed)
     , m_readingsOfSky(m_random.between(200, 600))
     , m_readingsOfSecondLayer(m_random.between(60, 300))
     , m_base(m_random.between(400, 1600))
-    , m_target(m_random.between(kLowestBase, kHighestBase))
-    , m_gap(m_random.between(kNarrowestGap, kWidestGap))
+    , m_target(m_random.between(kMinBase, kMaxBase))
+    , m_gap(m_random.between(kMinGap, kMaxGap))
 { }
 
 std::optional<Step> WeatherScenario::next()
@@ -41,7 +41,7 @@ std::optional<Step> WeatherScenario::next()
 
 Reading WeatherScenario::nextReading()
 {
-    passTime();
+    advanceTime();
     drift();
     if (m_clear) {
         return {m_channel, m_clearHeight, m_clearHeight};
@@ -51,7 +51,7 @@ Reading WeatherScenario::nextReading()
     return {m_channel, first, second};
 }
 
-void WeatherScenario::passTime()
+void WeatherScenario::advanceTime()
 {
     if (--m_readingsOnChannel < 0) {
         m_channel = m_channel == Channel::Main ? Channel::Reserve : Channel::Main;
@@ -66,25 +66,25 @@ void WeatherScenario::passTime()
     if (--m_readingsOfSecondLayer < 0) {
         m_secondLayer = !m_secondLayer;
         m_readingsOfSecondLayer = m_random.between(60, 300);
-        m_gap = m_random.between(kNarrowestGap, kWidestGap);
+        m_gap = m_random.between(kMinGap, kMaxGap);
     }
 }
 
 void WeatherScenario::drift()
 {
     if (m_random.oneIn(kReadingsPerTarget)) {
-        m_target = m_random.between(kLowestBase, kHighestBase);
+        m_target = m_random.between(kMinBase, kMaxBase);
     }
     m_base +=
         m_random.between(-kDriftPerReading, kDriftPerReading) + (m_target - m_base) / kPullDivisor;
-    m_base = std::clamp(m_base, kLowestBase, kHighestBase);
-    m_gap = std::clamp(m_gap + m_random.between(-2, 2), kNarrowestGap, kWidestGap);
+    m_base = std::clamp(m_base, kMinBase, kMaxBase);
+    m_gap = std::clamp(m_gap + m_random.between(-2, 2), kMinGap, kMaxGap);
 }
 
 int WeatherScenario::measured(int height)
 {
-    const int scattered = std::min(height + m_random.between(-kScatter, kScatter), kHighestLayer);
-    // A cloud at this very height would read as a clear sky.
+    const int scattered = std::min(height + m_random.between(-kScatter, kScatter), kMaxLayer);
+    // A cloud at exactly this height would mean a clear sky.
     return scattered == kNoCloudText.toInt() ? scattered + 1 : scattered;
 }
 

@@ -7,8 +7,8 @@
 
 namespace ork2 {
 
-// Ordinary weather, without end: a drifting cloud base, a second layer above it that comes and
-// goes, clear spells, and at times the reserve channel. Durations are counted in readings.
+// Endless ordinary weather: a drifting cloud base, a temporary second layer above it, periods of
+// clear sky, and occasionally the reserve channel. Durations are counted in readings.
 class WeatherScenario : public Scenario
 {
 public:
@@ -18,7 +18,7 @@ public:
     [[nodiscard]] Reading nextReading();
 
 private:
-    void passTime();
+    void advanceTime();
     void drift();
     [[nodiscard]] int measured(int height);
 
@@ -26,12 +26,12 @@ private:
     Channel m_channel;
     int m_readingsOnChannel;
     bool m_clear = false;
-    int m_clearHeight = 0; // how this spell's clear sky is sent
+    int m_clearHeight = 0; // the value sent for the current clear sky
     int m_readingsOfSky;
     bool m_secondLayer = true;
     int m_readingsOfSecondLayer;
     int m_base;   // metres
-    int m_target; // metres, where the base drifts to
+    int m_target; // metres, the height towards which the base drifts
     int m_gap;    // metres between the layers
 };
 

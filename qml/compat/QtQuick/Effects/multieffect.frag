@@ -29,8 +29,8 @@ void main()
 
     vec2 at = (qt_TexCoord0 - shadowOffset - shadowCenter) / shadowScale + shadowCenter;
     float shade = texture(shadow, at).a * shadowStrength;
-    // Qt's effect darkens a half-transparent shadow like this; a plain overlay would be
-    // lighter, and the light shadows of the documents would vanish on their light panels.
+    // Qt's effect darkens a semi-transparent shadow in this way. A plain overlay would be lighter,
+    // and the light shadows would be invisible on the light panels of the windows.
     float seen = (1.0 - color.a) * shade;
     color.rgb = mix(color.rgb, shadowColor.rgb * shade, seen);
     color.a += seen;
