@@ -290,6 +290,6 @@ MUTATIONS = [
     ("a menu closed by Escape takes a key in vain", "qml/MyMenu.qml",
      "            triggered();\n            openIfStillClosed();\n", "            triggered();\n",
      "qml_MyMenu"),
-    ("a click on an open menu opens it anew", "qml/MyMenu.qml",
+    ("a click on an open menu opens it again", "qml/MyMenu.qml",
      "closedAtPress = !menu.visible", "closedAtPress = true", "qml_MyMenu"),
 ]
