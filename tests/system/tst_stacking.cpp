@@ -74,6 +74,7 @@ private:
         return m_window->findChild<QQuickWindow *>(QString::fromLatin1(name));
     }
     void use(const char *opener) const;
+    void openBesideMainWindow(const char *name, const char *opener) const;
 
     std::unique_ptr<LogCapture> m_log;
     std::unique_ptr<ork2::Terminal> m_terminal;
@@ -98,7 +99,7 @@ void tst_stacking::cleanup()
     QCOMPARE(warnings.join(u'\n'), QString());
 }
 
-// Does what the operator's choice in the menu or press of a button does.
+// Has the effect of a menu entry or a button.
 void tst_stacking::use(const char *opener) const
 {
     const QString name = QString::fromLatin1(opener);
@@ -110,6 +111,13 @@ void tst_stacking::use(const char *opener) const
     }
     QVERIFY(holder != nullptr);
     QVERIFY(QMetaObject::invokeMethod(holder, opener));
+}
+
+void tst_stacking::openBesideMainWindow(const char *name, const char *opener) const
+{
+    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
+    use(opener);
+    QVERIFY(QTest::qWaitForWindowExposed(window(name), kTimeoutMs));
 }
 
 void tst_stacking::modalWindow_itsOwnerRaised_staysAbove_data()
@@ -144,8 +152,7 @@ void tst_stacking::modalWindow_itsOwnerRaised_staysAbove()
     QCOMPARE(ownerOf(modal), owner->winId());
     QTRY_VERIFY_WITH_TIMEOUT(isAbove(modal, owner), kTimeoutMs);
 
-    // What the window manager does with a window that is clicked. The window that was above before
-    // tells when it has been done.
+    // The window manager raises a window that is clicked. The other window shows when this is done.
     other->raise();
     QTRY_VERIFY_WITH_TIMEOUT(isAbove(other, owner), kTimeoutMs);
     owner->raise();
@@ -167,10 +174,8 @@ void tst_stacking::window_minimised_comesBackWhenOpened()
 {
     QFETCH(const QByteArray, name);
     QFETCH(const QByteArray, opener);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
-    use(opener);
+    openBesideMainWindow(name, opener);
     QQuickWindow *shown = window(name);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
 
     shown->showMinimized();
     QTRY_VERIFY_WITH_TIMEOUT(!shown->isExposed(), kTimeoutMs);
@@ -184,7 +189,7 @@ void tst_stacking::window_openedAtOnce_staysOpen_data()
     window_minimised_comesBackWhenOpened_data();
 }
 
-// Before the main window has come up.
+// Before the main window is exposed.
 void tst_stacking::window_openedAtOnce_staysOpen()
 {
     QFETCH(const QByteArray, name);
@@ -207,10 +212,8 @@ void tst_stacking::independentWindow_mainWindowRaised_liesBehind()
 {
     QFETCH(const QByteArray, name);
     QFETCH(const QByteArray, opener);
-    QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
-    use(opener);
+    openBesideMainWindow(name, opener);
     QQuickWindow *shown = window(name);
-    QVERIFY(QTest::qWaitForWindowExposed(shown, kTimeoutMs));
     QTRY_VERIFY_WITH_TIMEOUT(isAbove(shown, m_window), kTimeoutMs);
     m_window->raise();
     QTRY_VERIFY_WITH_TIMEOUT(isAbove(m_window, shown), kTimeoutMs);
