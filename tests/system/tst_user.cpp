@@ -511,14 +511,24 @@ void tst_user::act()
 // Stops the measurement and closes all other windows, so that no additional resources are in use.
 void tst_user::settle()
 {
-    m_window->showNormal();
     press(false);
     for (const QString &name : kPanels) {
         panel(name)->close();
     }
+    m_window->showNormal();
     QTest::keyClick(m_window, Qt::Key_Escape);
     QTRY_VERIFY_WITH_TIMEOUT(!portIsOpen(), kTimeoutMs);
     QCoreApplication::sendPostedEvents();
+    // A window that was hidden and is shown beside its minimised dialog is minimised by the window
+    // manager, which Qt does not notice. In the program the main window is never hidden.
+    constexpr int kShowTimeoutMs = 5000;
+    for (int attempt = 0; attempt < kTimeoutMs / kShowTimeoutMs && !m_window->isExposed();
+         ++attempt) {
+        if (!QTest::qWaitForWindowExposed(m_window, kShowTimeoutMs)) {
+            m_window->hide();
+            m_window->showNormal();
+        }
+    }
     QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
 }
 
