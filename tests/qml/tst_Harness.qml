@@ -11,8 +11,8 @@ TestCase {
     }
 
     function test_warning_isKept() {
-        console.warn("a warning that is meant");
-        compare(testLog.warnings(), ["a warning that is meant"]);
+        console.warn("an expected warning");
+        compare(testLog.warnings(), ["an expected warning"]);
         testLog.clear();
         compare(testLog.warnings(), []);
     }
