@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The windows as the window manager sees them: which lies above which, which comes back.
-#include "terminal.h"
+#include "testterminal.h"
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
@@ -77,7 +77,7 @@ private:
     void openBesideMainWindow(const char *name, const char *opener) const;
 
     std::unique_ptr<LogCapture> m_log;
-    std::unique_ptr<ork2::Terminal> m_terminal;
+    TestTerminal m_terminal;
     QQuickWindow *m_window = nullptr;
 };
 
@@ -85,14 +85,13 @@ void tst_stacking::init()
 {
     profile::clear();
     m_log = std::make_unique<LogCapture>();
-    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
-    m_window = qobject_cast<QQuickWindow *>(m_terminal->engine().rootObjects().value(0));
+    m_terminal = makeTestTerminal();
+    m_window = mainWindow(*m_terminal);
     QVERIFY(m_window != nullptr);
 }
 
 void tst_stacking::cleanup()
 {
-    MainBackEndProbe(m_terminal->backEnd()).endWorker();
     m_terminal.reset();
     const QStringList warnings = m_log->warnings();
     m_log.reset();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Tests the complete object graph with a simulated line, from the received bytes to window and
 // file.
-#include "terminal.h"
+#include "testterminal.h"
 
 #include "documentitem.h"
 #include "logcapture.h"
@@ -148,7 +148,7 @@ private:
     ork2::PseudoTerminal m_line;
     std::unique_ptr<QTemporaryDir> m_base;
     std::unique_ptr<LogCapture> m_log;
-    std::unique_ptr<ork2::Terminal> m_terminal;
+    TestTerminal m_terminal;
     QObject *m_window = nullptr;
 };
 
@@ -167,24 +167,18 @@ void tst_terminal::init()
 // Creates all objects, which corresponds to a restart of the program.
 void tst_terminal::load()
 {
-    if (m_terminal) {
-        probe().endWorker();
-    }
     m_terminal.reset();
     noReplyCounter.storeRelaxed(0);
-    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
-    QCOMPARE(m_terminal->engine().rootObjects().size(), 1);
-    m_window = m_terminal->engine().rootObjects().constFirst();
-    QVERIFY(QTest::qWaitForWindowExposed(qobject_cast<QQuickWindow *>(m_window), kTimeoutMs));
+    m_terminal = makeTestTerminal();
+    m_window = mainWindow(*m_terminal);
+    QVERIFY(m_window != nullptr);
+    QVERIFY(QTest::qWaitForWindowExposed(mainWindow(*m_terminal), kTimeoutMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
     probe().setClock([] { return g_now; });
 }
 
 void tst_terminal::cleanup()
 {
-    if (m_terminal) {
-        probe().endWorker();
-    }
     m_terminal.reset();
     const QStringList warnings = m_log->warnings();
     m_log.reset();
@@ -561,15 +555,13 @@ void tst_terminal::itemWithoutLayer_isDrawnAsBefore()
 
 void tst_terminal::brokenDocument_exitsWithMinusOne()
 {
-    probe().endWorker();
     m_terminal.reset();
     QFile file(m_base->filePath(QStringLiteral("broken.qml")));
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("import QtQuick\nItem { nonsense }\n");
     file.close();
-    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl::fromLocalFile(file.fileName()));
+    m_terminal = makeTestTerminal(QUrl::fromLocalFile(file.fileName()));
     QCOMPARE(QCoreApplication::exec(), -1);
-    probe().endWorker();
     m_terminal.reset();
     QCOMPARE(m_log->warnings().filter(QStringLiteral("broken.qml")).size(), 1);
     m_log = std::make_unique<LogCapture>();

@@ -2,7 +2,7 @@
 // Simulates a user of the complete object graph with a simulated line: random clicks, keys, window
 // operations and frames, Start and Stop a thousand times per second, and the exit in every state.
 // ORK2_USER_EVENTS sets the number of events, ORK2_USER_SEED the seed of the random numbers.
-#include "terminal.h"
+#include "testterminal.h"
 
 #include "documentitem.h"
 #include "frames.h"
@@ -171,7 +171,7 @@ private:
     ork2::PseudoTerminal m_line;
     std::unique_ptr<QTemporaryDir> m_base;
     std::unique_ptr<LogCapture> m_log;
-    std::unique_ptr<ork2::Terminal> m_terminal;
+    TestTerminal m_terminal;
     QQuickWindow *m_window = nullptr;
     QString m_port;
     QStringList m_lastEvents;
@@ -250,8 +250,8 @@ void tst_user::cleanup()
 
 void tst_user::build()
 {
-    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
-    m_window = qobject_cast<QQuickWindow *>(m_terminal->engine().rootObjects().value(0));
+    m_terminal = makeTestTerminal();
+    m_window = mainWindow(*m_terminal);
     QVERIFY(m_window != nullptr);
     QVERIFY(QTest::qWaitForWindowExposed(m_window, kTimeoutMs));
     g_now = QDateTime(QDate(2026, 11, 15), QTime(12, 33, 30, 500));
@@ -260,7 +260,6 @@ void tst_user::build()
 
 void tst_user::tearDown()
 {
-    probe().endWorker();
     m_terminal.reset();
     m_window = nullptr;
 }

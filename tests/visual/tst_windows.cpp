@@ -2,7 +2,7 @@
 // Compares screenshots of all windows with their references. If ORK2_SCREENSHOTS is set to a
 // folder, the screenshots are saved there instead (see tools/screenshots). The tests of borders,
 // grid lines and the logo also run at a scale of 125 %.
-#include "terminal.h"
+#include "testterminal.h"
 
 #include "logcapture.h"
 #include "mainbackendprobe.h"
@@ -164,7 +164,7 @@ private:
     void plotSomePoints();
 
     std::unique_ptr<LogCapture> m_log;
-    std::unique_ptr<ork2::Terminal> m_terminal;
+    TestTerminal m_terminal;
 };
 
 void tst_windows::initTestCase()
@@ -179,8 +179,8 @@ void tst_windows::initTestCase()
     QVERIFY(QFile::copy(
         QStringLiteral(":/settings/settings.txt"), folder + QStringLiteral("/settings.txt")));
     m_log = std::make_unique<LogCapture>();
-    m_terminal = std::make_unique<ork2::Terminal>(*qApp, QUrl(QStringLiteral("qrc:/main")));
-    QVERIFY(!m_terminal->engine().rootObjects().isEmpty());
+    m_terminal = makeTestTerminal();
+    QVERIFY(mainWindow(*m_terminal) != nullptr);
     QVERIFY(QTest::qWaitForWindowExposed(window(QString()), kTimeoutMs));
 
     showHour(kDay);
@@ -201,7 +201,6 @@ void tst_windows::initTestCase()
 
 void tst_windows::cleanupTestCase()
 {
-    MainBackEndProbe(m_terminal->backEnd()).endWorker();
     m_terminal.reset();
     const QStringList warnings = m_log->warnings();
     m_log.reset();
@@ -210,9 +209,8 @@ void tst_windows::cleanupTestCase()
 
 QQuickWindow *tst_windows::window(const QString &name) const
 {
-    QObject *root = m_terminal->engine().rootObjects().constFirst();
-    return name.isEmpty() ? qobject_cast<QQuickWindow *>(root)
-                          : root->findChild<QQuickWindow *>(name);
+    QQuickWindow *main = mainWindow(*m_terminal);
+    return name.isEmpty() ? main : main->findChild<QQuickWindow *>(name);
 }
 
 void tst_windows::showHour(int hour)
