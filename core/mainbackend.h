@@ -100,8 +100,7 @@ Q_SIGNALS:
 
 public Q_SLOTS:
     void WriteToPort(QString sensor, QByteArray data); // does nothing
-    // Alternative start and stop, not called. Intentional: true stops and false starts, because the
-    // argument is the previous state of the switch.
+    // Alternative start and stop, not called. Intentional: true stops and false starts.
     void startButtonSB(bool state);
     void showTheCloud(QString fLayer, QString sLayer);
     void showTheCloudChanel(QString chCloud);
