@@ -8,10 +8,8 @@
 #include <QElapsedTimer>
 #include <QPainter>
 #include <QQmlApplicationEngine>
-#include <QQuickItem>
-#include <QQuickWindow>
-#include <QSGTexture>
-#include <QSGTextureProvider>
+
+void qml_register_types_Ork2Charts();
 
 namespace ork2 {
 
@@ -58,6 +56,8 @@ void publishVersion()
 
 void addImportPaths(QQmlApplicationEngine &engine)
 {
+    // The types of a static library are registered only if it is used in this way.
+    [[maybe_unused]] void (*const volatile dots)() = &qml_register_types_Ork2Charts;
 #if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
     engine.addImportPath(QStringLiteral("qrc:/compat"));
 #else
@@ -87,33 +87,6 @@ void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, co
             }
         },
         Qt::QueuedConnection);
-}
-
-void drawChangesOnce(QQuickItem &layeredItem)
-{
-    // Called in the render thread while the GUI thread is blocked. The texture is created again
-    // whenever the window is shown.
-    QObject::connect(
-        layeredItem.window(), &QQuickWindow::afterSynchronizing, &layeredItem,
-        [&layeredItem] {
-            const QSGTextureProvider *provider = layeredItem.textureProvider();
-            const QSGTexture *layer = provider != nullptr ? provider->texture() : nullptr;
-            if (layer != nullptr && layer->inherits("QSGLayer")) {
-                QObject::disconnect(layer, SIGNAL(updateRequested()), nullptr, nullptr);
-            }
-        },
-        Qt::DirectConnection);
-}
-
-void drawClocksOnce(const QQmlApplicationEngine &engine)
-{
-    const QList<QObject *> documents = engine.rootObjects();
-    for (const QObject *document : documents) {
-        const auto rows = document->findChildren<QQuickItem *>(QStringLiteral("clockRow"));
-        for (QQuickItem *row : rows) {
-            drawChangesOnce(*row);
-        }
-    }
 }
 
 } // namespace ork2

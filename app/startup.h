@@ -8,7 +8,6 @@
 #include <QUrl>
 
 class QQmlApplicationEngine;
-class QQuickItem;
 class UiData;
 class mainBackEnd;
 
@@ -37,7 +36,8 @@ private:
 // Publishes the program's version to the documents as Qt.application.version.
 void publishVersion();
 
-// Adds the import paths of modules that this Qt version does not provide.
+// Makes the modules known that the documents import and Qt does not provide: Ork2Charts, and
+// replacements for what this Qt version lacks.
 void addImportPaths(QQmlApplicationEngine &engine);
 
 // Connects the controller with the chart data of the two layers.
@@ -45,13 +45,5 @@ void connectCharts(mainBackEnd &backEnd, UiData &firstLayer, UiData &secondLayer
 
 // Exits the event loop with -1 if the document at this URL cannot be loaded.
 void exitWithoutDocument(QQmlApplicationEngine &engine, QObject &application, const QUrl &document);
-
-// An item with a layer requests another frame after the one that shows its change, so that the
-// whole window is drawn twice unless vertical synchronization prevents it. Disables this for an
-// item whose layer is drawn by its window only, and not by an effect.
-void drawChangesOnce(QQuickItem &layeredItem);
-
-// Calls drawChangesOnce() for the clocks of the control panel, the window that changes most often.
-void drawClocksOnce(const QQmlApplicationEngine &engine);
 
 } // namespace ork2

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "terminal.h"
 
+#include "drawing.h"
 #include "startup.h"
 
 #include <QQmlContext>
@@ -13,6 +14,7 @@ Terminal::Terminal(QObject &application, QUrl document)
     : m_document(std::move(document))
 {
     publishVersion();
+    drawWithoutDepthBuffer();
     addImportPaths(m_engine);
     QQmlContext *context = m_engine.rootContext();
     context->setContextProperty(QStringLiteral("mainBackEnd"), &m_mainBackEnd);
@@ -22,7 +24,7 @@ Terminal::Terminal(QObject &application, QUrl document)
     connectCharts(m_mainBackEnd, m_uiData, m_uiData2);
     exitWithoutDocument(m_engine, application, m_document);
     m_engine.load(m_document);
-    drawClocksOnce(m_engine);
+    drawCheaply(m_engine);
 }
 
 } // namespace ork2

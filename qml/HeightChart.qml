@@ -1,24 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 import QtQuick
 import QtCharts
+import Ork2Charts
 
 // Heights of both layers over a time window that ends now.
 Item {
     id: chart
 
+    // Shows the dots; covers the parent of the chart.
+    property Item foreground: parent
     property bool logarithmic: false
     property string title
     readonly property alias firstLayer: firstLayer
     readonly property alias secondLayer: secondLayer
-    // The background chart's plot area in the layers' coordinates, so that the dots match the drawn
-    // scale. Qt Charts draws a dot one pixel higher than a line, and symmetrically only at half pixels.
+    // The background chart's plot area in the layers' coordinates, so that the dots match the drawn scale.
     readonly property rect plotOnLayer: Qt.rect(background.plotArea.x - layers.x,
-                                                belowPixel(background.plotArea.y) - layers.y,
+                                                background.plotArea.y - layers.y,
                                                 background.plotArea.width, background.plotArea.height)
 
-    function belowPixel(y) {
-        const scale = Screen.devicePixelRatio;
-        return (Math.floor(y * scale) + 1.5) / scale;
+    component LayerDots: CloudDots {
+        required property LayerChart layerChart
+
+        height: chart.plotOnLayer.height
+        hiddenChart: layerChart
+        highest: layerChart.linearAxis.max
+        latest: layerChart.timeAxis.max.getTime()
+        lowest: layerChart.linearAxis.min
+        opacity: layerChart.dotOpacity
+        series: layerChart.dots
+        timeScale: layerChart.timeScale
+        width: chart.plotOnLayer.width
+        x: chart.x + layers.x + chart.plotOnLayer.x
+        y: chart.y + layers.y + chart.plotOnLayer.y
     }
 
     function windowStart() {
@@ -47,7 +60,7 @@ Item {
     }
 
     function moveLayer(layer) {
-        layer.moveTo(windowStart(), windowEnd(), isWidened(layer));
+        layer.moveTo(windowStart(), windowEnd());
     }
 
     // After each plotted point and after a change of the width.
@@ -159,9 +172,16 @@ Item {
         }
     }
 
-    DotGlow {
-        anchors.fill: layers
-        source: layers
+    LayerDots {
+        layerChart: firstLayer
+        objectName: "firstDots"
+        parent: chart.foreground
+    }
+
+    LayerDots {
+        layerChart: secondLayer
+        objectName: "secondDots"
+        parent: chart.foreground
     }
 
     MouseArea {

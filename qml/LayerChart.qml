@@ -2,7 +2,7 @@
 import QtQuick
 import QtCharts
 
-// One layer's dots, without a frame or a scale; drawn on top of the background chart.
+// The points and axes of one layer. Not shown itself: CloudDots draws its dots.
 ChartView {
     id: layer
 
@@ -15,25 +15,20 @@ ChartView {
     readonly property alias logAxis: logAxis
     readonly property alias dots: dots
     readonly property alias timeAxis: timeAxis
+    // Share of the width that one millisecond takes. As on the time axis, but a change is animated.
+    property real timeScale: mainBackEnd ? 1 / (1000 * mainBackEnd.xMinRange) : 0
 
-    // Removes the oldest points: an opacity of 0 triggers it. Not animated, since the animation of a
-    // removal moves the remaining dots to wrong places.
+    // Removes the oldest points: an opacity of 0 triggers it.
     function thin() {
-        animationOptions = ChartView.NoAnimation;
         opacity = 0;
         animationDuration = 0;
         animationDuration = 3000;
-        animationOptions = ChartView.SeriesAnimations;
     }
 
-    // A change of the width is animated. A slide is not: it would redraw all dots for 3 s, that is,
-    // without pause at one reading a second.
-    function moveTo(start, end, animated) {
-        if (!animated)
-            animationOptions = ChartView.NoAnimation;
+    // Not animated: the dots would be redrawn for 3 s, that is, without pause at one reading a second.
+    function moveTo(start, end) {
         timeAxis.min = start;
         timeAxis.max = end;
-        animationOptions = ChartView.SeriesAnimations;
     }
 
     // Qt Charts reads past the end if it has to remove more points than there are.
@@ -49,6 +44,14 @@ ChartView {
     antialiasing: false
     backgroundColor: "transparent"
     legend.visible: false
+    visible: false
+
+    Behavior on timeScale {
+        NumberAnimation {
+            duration: layer.animationDuration
+            easing: layer.animationEasingCurve
+        }
+    }
 
     onOpacityChanged: {
         if (opacity === 0)
@@ -113,5 +116,8 @@ ChartView {
         // The same for both layers, intentional: no legend shows it.
         name: "Второй слой"
         objectName: layer.letter.toLowerCase() + "LayerCloudSeries"
+        // Qt Charts creates no graphics items for the points then. A new point of a series with
+        // thousands of items would stall the window for 300 ms.
+        useOpenGL: true
     }
 }

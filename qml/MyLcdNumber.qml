@@ -11,6 +11,8 @@ Item {
     property string itemColor: "white"
     property string lcdData: "----"
     property string lcdText: "Параметр"
+    // Shows the digits if it is set; covers the parent of the read-out.
+    property Item foreground: null
 
     Accessible.name: lcdText + ": " + lcdData
     Accessible.role: Accessible.StaticText
@@ -61,17 +63,6 @@ Item {
     }
 
     Text {
-        id: value
-
-        anchors.centerIn: box
-        color: "black"
-        font.family: fontDigital.font.family
-        font.pixelSize: 50
-        text: lcd.lcdData
-        textFormat: Text.PlainText
-    }
-
-    Text {
         id: caption
 
         anchors.horizontalCenter: box.horizontalCenter
@@ -83,16 +74,39 @@ Item {
         textFormat: Text.PlainText
     }
 
-    // On top of the value: digits drawn only once have coloured edges.
-    MultiEffect {
-        id: valueShadow
+    Item {
+        height: lcd.height
+        objectName: "digits"
+        parent: lcd.foreground ? lcd.foreground : lcd
+        width: lcd.width
+        x: lcd.foreground ? lcd.x : 0
+        y: lcd.foreground ? lcd.y : 0
 
-        anchors.fill: value
-        shadowBlur: 0.1
-        shadowColor: Theme.panel
-        shadowEnabled: true
-        shadowHorizontalOffset: 1
-        shadowVerticalOffset: 1
-        source: value
+        Text {
+            id: value
+
+            anchors.centerIn: parent
+            color: "black"
+            font.family: fontDigital.font.family
+            font.pixelSize: 50
+            text: lcd.lcdData
+            textFormat: Text.PlainText
+        }
+
+        // On top of the value: digits drawn only once have coloured edges.
+        MultiEffect {
+            id: valueShadow
+
+            anchors.fill: value
+            autoPaddingEnabled: false
+            // The default leaves room for the largest blur, 52 pixels, which are drawn for nothing.
+            paddingRect: Qt.rect(8, 8, 16, 16)
+            shadowBlur: 0.1
+            shadowColor: Theme.panel
+            shadowEnabled: true
+            shadowHorizontalOffset: 1
+            shadowVerticalOffset: 1
+            source: value
+        }
     }
 }

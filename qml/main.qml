@@ -330,6 +330,34 @@ ApplicationWindow {
                 text: "Резерв"
             }
 
+            MyLcdNumber {
+                id: firstLcd
+
+                anchors.left: parent.left
+                anchors.leftMargin: 140
+                anchors.top: parent.top
+                anchors.topMargin: 45
+                foreground: overBackdrop
+                itemColor: titleStrip.color.toString()
+                lcdData: window.firstCloudAlt
+                lcdText: "Первый слой облаков (м)"
+                objectName: "firstLcd"
+            }
+
+            MyLcdNumber {
+                id: secondLcd
+
+                anchors.right: parent.right
+                anchors.rightMargin: 140
+                anchors.top: parent.top
+                anchors.topMargin: 45
+                foreground: overBackdrop
+                itemColor: titleStrip.color.toString()
+                lcdData: window.secondCloudAlt
+                lcdText: "Второй слой облаков (м)"
+                objectName: "secondLcd"
+            }
+
             HeightChart {
                 id: heightChart
 
@@ -341,6 +369,7 @@ ApplicationWindow {
                 anchors.rightMargin: 20
                 anchors.top: parent.top
                 anchors.topMargin: firstLcd.y + firstLcd.height + 15
+                foreground: overBackdrop
                 logarithmic: window.lnYaxis
                 title: window.cName
             }
@@ -405,36 +434,12 @@ ApplicationWindow {
 
     // Content that changes with each reading or blinks.
     Item {
+        id: overBackdrop
+
         height: panel.height
         width: panel.width
         x: panel.x
         y: panel.y
-
-        MyLcdNumber {
-            id: firstLcd
-
-            anchors.left: parent.left
-            anchors.leftMargin: 140
-            anchors.top: parent.top
-            anchors.topMargin: 45
-            itemColor: titleStrip.color.toString()
-            lcdData: window.firstCloudAlt
-            lcdText: "Первый слой облаков (м)"
-            objectName: "firstLcd"
-        }
-
-        MyLcdNumber {
-            id: secondLcd
-
-            anchors.right: parent.right
-            anchors.rightMargin: 140
-            anchors.top: parent.top
-            anchors.topMargin: 45
-            itemColor: titleStrip.color.toString()
-            lcdData: window.secondCloudAlt
-            lcdText: "Второй слой облаков (м)"
-            objectName: "secondLcd"
-        }
 
         ErrorBanner {
             id: errorText
@@ -442,6 +447,7 @@ ApplicationWindow {
             anchors.horizontalCenter: parent.horizontalCenter
             anchors.top: parent.top
             anchors.topMargin: heightChart.y + 165
+            z: 1 // above the dots
         }
     }
 }

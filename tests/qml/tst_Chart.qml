@@ -152,6 +152,7 @@ Item {
             setHeight(750);
             wait(100);
             setRange(600);
+            tryVerify(() => !part("widening").running, 30000);
             first.clear();
             second.clear();
             first.visible = true;
@@ -262,11 +263,12 @@ Item {
                 const drawn = plot(chartView);
                 for (const name of ["chart1_id", "chart2_id"]) {
                     const layer = plot(part(name));
-                    compare(layer.x, drawn.x, name);
-                    // A dot is drawn a pixel higher than a line.
-                    compare(layer.y, Math.floor(drawn.y) + 1.5, name);
-                    compare(layer.width, drawn.width, name);
-                    compare(layer.height, drawn.height, name);
+                    compare(layer, drawn, name);
+                }
+                for (const name of ["firstDots", "secondDots"]) {
+                    const item = part(name);
+                    compare(item.mapToItem(window.contentItem, 0, 0), Qt.point(drawn.x, drawn.y), name);
+                    compare(Qt.size(item.width, item.height), Qt.size(drawn.width, drawn.height), name);
                 }
                 // The dots' glow stays inside the layers' own rectangle.
                 const layer = part("chart2_id");
@@ -457,6 +459,41 @@ Item {
                 checkDots(20);
                 checkAnimationSettings();
             }
+        }
+
+        // The dots take 3 s to their new places, on the way they are between the old and the new.
+        function test_newWidth_movesDotsSlowly() {
+            const item = part("firstDots");
+            const before = item.timeScale;
+            fuzzyCompare(before * 600000, 1, 1e-6);
+            setRange(3600);
+            verify(part("widening").running);
+            compare(item.timeScale, before);
+            tryVerify(() => item.timeScale < 0.9 * before && item.timeScale > before / 5);
+            tryVerify(() => !part("widening").running, 30000);
+            tryVerify(() => Math.abs(item.timeScale * 3600000 - 1) < 1e-6);
+        }
+
+        // They hold the points and the axes only; a marker for each point would stall the window.
+        function test_layerCharts_areNotDrawn() {
+            for (const name of ["chart1_id", "chart2_id"]) {
+                compare(part(name).visible, false);
+            }
+            verify(first.useOpenGL);
+            verify(second.useOpenGL);
+        }
+
+        function test_hiddenSeries_hasNoDots() {
+            fill(first, 10, 50000, 1500);
+            mainBackEnd.updateVoidGraph();
+            wait(100);
+            checkDots(10);
+            first.visible = false;
+            wait(100);
+            checkDots(0);
+            first.visible = true;
+            wait(100);
+            checkDots(10);
         }
 
         function test_newPoint_shownAtOnce() {

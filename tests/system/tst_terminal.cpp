@@ -4,12 +4,12 @@
 #include "testterminal.h"
 
 #include "documentitem.h"
+#include "drawing.h"
 #include "logcapture.h"
 #include "mainbackendprobe.h"
 #include "profile.h"
 #include "pseudoterminal.h"
 #include "sharedvalues.h"
-#include "startup.h"
 #include "timeout.h"
 
 #include <QApplication>

@@ -11,6 +11,8 @@ Item {
     property real blur: 0
     property bool blurEnabled: false
     property int blurMax: 32
+    // x and y are used, for both sides.
+    property rect paddingRect
     property real brightness: 0
     property real saturation: 0
     property real shadowBlur: 1
@@ -26,7 +28,8 @@ Item {
     readonly property real shadowRadius: shadowEnabled ? shadowBlur * blurMax : 0
     readonly property bool layered: source instanceof ShaderEffectSource
     readonly property bool spreads: autoPaddingEnabled && (blurEnabled || shadowEnabled)
-    readonly property int padding: spreads ? alignedUp(0.8 * blurMax) : 0
+    readonly property int padding: spreads ? alignedUp(0.8 * blurMax)
+                                           : autoPaddingEnabled ? 0 : alignedUp(paddingRect.x)
     readonly property size paddedSize: Qt.size(alignedUp(width + 2 * padding),
                                                alignedUp(height + 2 * padding))
 
