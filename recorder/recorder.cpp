@@ -183,8 +183,9 @@ void Recorder::lineBack(const QDateTime &since)
 
 void Recorder::lineWritten()
 {
-    countDay();
-    ++m_linesToday;
+    if (!countDay()) { // the file already contains this line
+        ++m_linesToday;
+    }
     if (m_linesMissed > 0) {
         tell(Priority::Notice,
             QStringLiteral("Строки снова пишутся в файл. Не записано строк: %1.")
@@ -203,17 +204,19 @@ void Recorder::lineNotWritten(const QDateTime &minute, const QString &cause)
     renewStatus();
 }
 
-// Starts the counts of a new day. The file of today may have lines from before this start.
-void Recorder::countDay()
+// Starts the counts of a new day; the file of today may have lines from before this start. Returns
+// false if the day is still the same.
+bool Recorder::countDay()
 {
     const QDate today = QDate::currentDate();
     if (m_day == today) {
-        return;
+        return false;
     }
     m_day = today;
     m_gapsToday = 0;
     m_linesToday = recordsInDayFile(dayFileFolder(m_configuration.place)
         + today.toString(u"yyyy.MM.dd") + QStringLiteral(".txt"));
+    return true;
 }
 
 QString Recorder::statusText() const

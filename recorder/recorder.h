@@ -45,7 +45,7 @@ private:
     void lineBack(const QDateTime &since);
     void lineWritten();
     void lineNotWritten(const QDateTime &minute, const QString &cause);
-    void countDay();
+    bool countDay();
     void renewStatus();
     void aliveTick();
     [[nodiscard]] QString statusText() const;

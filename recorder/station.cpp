@@ -5,6 +5,7 @@
 #include "convertdata.h"
 #include "datalogger.h"
 #include "minutetick.h"
+#include "portcommands.h"
 #include "portname.h"
 #include "retrydelay.h"
 #include "sharedvalues.h"
@@ -25,6 +26,7 @@ Station::Station(const QString &port, const RecordingPlace &place, QObject *pare
     , m_port(port)
     , m_workerThread(new QThread)
     , m_comPort(new ComPort)
+    , m_commands(new PortCommands(*m_comPort))
     , m_parser(new convertData(this))
 {
     for (QTimer *timer : {&m_tickTimer, &m_saveTimer}) {
@@ -33,6 +35,7 @@ Station::Station(const QString &port, const RecordingPlace &place, QObject *pare
     }
     connectObjects();
     useWriter(new datalogger(place, this));
+    m_commands->moveToThread(m_workerThread);
     startWorker(*m_workerThread, *m_comPort);
 }
 
@@ -44,6 +47,13 @@ Station::~Station()
 void Station::connectObjects()
 {
     connectWorker(*m_workerThread, *m_comPort, *m_parser);
+    connect(m_workerThread, &QThread::finished, m_commands, &QObject::deleteLater);
+    connect(this, &Station::openRequested, m_commands, &PortCommands::open);
+    connect(this, &Station::closeRequested, m_commands, &PortCommands::close);
+    connect(this, &Station::answerRequested, m_commands, &PortCommands::answer);
+    connect(m_commands, &PortCommands::opened, this, &Station::opened);
+    connect(m_commands, &PortCommands::closed, this, &Station::waitForRetry);
+    connect(m_commands, &PortCommands::answered, this, [this] { m_workerAnswered = true; });
     connect(m_comPort, &ComPort::error_, this, [this](const QString &text) { m_portText = text; });
     connect(m_comPort, &ComPort::connectLED, this, [this](bool ok) {
         if (!ok) {
@@ -117,8 +127,9 @@ bool Station::end()
         return true;
     }
     disconnect(&m_comPort->port(), nullptr, this, nullptr);
-    m_comPort->release();
-    m_workerThread->quit();
+    connect(
+        m_commands, &PortCommands::closed, m_workerThread, &QThread::quit, Qt::DirectConnection);
+    Q_EMIT closeRequested(); // an open port would leave its lock file behind
     if (!m_workerThread->wait(kWorkerEndMs)) {
         return false;
     }
@@ -126,25 +137,17 @@ bool Station::end()
     QCoreApplication::sendPostedEvents(m_workerThread, QEvent::DeferredDelete);
     m_workerThread = nullptr;
     m_comPort = nullptr;
+    m_commands = nullptr;
     return true;
 }
 
 void Station::openPort()
 {
     m_state = State::Opening;
-    const QString device = portDevice(m_port);
-    QMetaObject::invokeMethod(m_comPort, [this, device] {
-        m_comPort->Write_Settings_Port(device, QSerialPort::Baud9600, QSerialPort::Data8,
-            QSerialPort::NoParity, QSerialPort::OneStop, QSerialPort::NoFlowControl);
-        m_comPort->ConnectPort();
-        const bool open = m_comPort->port().isOpen();
-        const QSerialPort::SerialPortError error = m_comPort->port().error();
-        QMetaObject::invokeMethod(
-            this, [this, open, device, error] { opened(open, device, error); });
-    });
+    Q_EMIT openRequested(portDevice(m_port));
 }
 
-void Station::opened(bool open, const QString &device, QSerialPort::SerialPortError error)
+void Station::opened(bool open, const QString &device, int error)
 {
     if (!open) {
         reportLost(openFailure(device, error));
@@ -156,7 +159,7 @@ void Station::opened(bool open, const QString &device, QSerialPort::SerialPortEr
     Q_EMIT portOpened(device);
 }
 
-QString Station::openFailure(const QString &device, QSerialPort::SerialPortError error) const
+QString Station::openFailure(const QString &device, int error) const
 {
     if (!QFileInfo::exists(device)) {
         return QStringLiteral("устройства %1 нет").arg(device);
@@ -177,10 +180,7 @@ void Station::closePort(const QString &cause)
     }
     m_state = State::Closing;
     reportLost(cause);
-    QMetaObject::invokeMethod(m_comPort, [this] {
-        m_comPort->DisconnectPort();
-        QMetaObject::invokeMethod(this, &Station::waitForRetry);
-    });
+    Q_EMIT closeRequested();
 }
 
 // The worker closes the port by itself if its device disappears.
@@ -255,8 +255,7 @@ void Station::askWorker()
         return;
     }
     m_workerAnswered = false;
-    QMetaObject::invokeMethod(m_comPort,
-        [this] { QMetaObject::invokeMethod(this, [this] { m_workerAnswered = true; }); });
+    Q_EMIT answerRequested();
 }
 
 bool Station::isHealthy() const

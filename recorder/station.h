@@ -5,7 +5,6 @@
 
 #include <QDateTime>
 #include <QObject>
-#include <QSerialPort>
 #include <QString>
 #include <QTimer>
 #include <QVariant>
@@ -19,6 +18,8 @@ class convertData;
 class datalogger;
 
 namespace ork2 {
+
+class PortCommands;
 
 // If the worker does not answer for this time, it is stuck in the driver.
 inline constexpr int kWorkerAnswerSeconds = 20;
@@ -77,6 +78,10 @@ Q_SIGNALS:
     void lineBack(const QDateTime &since);
     void lineWritten();
     void lineNotWritten(const QDateTime &minute, const QString &cause);
+    // To the worker's thread.
+    void openRequested(const QString &device);
+    void closeRequested();
+    void answerRequested();
 
 private:
     // Simulates weeks within minutes, with its own clock and ticks.
@@ -87,7 +92,7 @@ private:
     void connectObjects();
     void useWriter(datalogger *writer);
     void openPort();
-    void opened(bool open, const QString &device, QSerialPort::SerialPortError error);
+    void opened(bool open, const QString &device, int error);
     void closePort(const QString &cause);
     void portClosed();
     void waitForRetry();
@@ -99,8 +104,7 @@ private:
     void saveTick();
     void writeLine(const QDateTime &now);
     void lineHandled(bool written);
-    [[nodiscard]] QString openFailure(
-        const QString &device, QSerialPort::SerialPortError error) const;
+    [[nodiscard]] QString openFailure(const QString &device, int error) const;
 
     QString m_port;
     State m_state = State::Waiting;
@@ -125,6 +129,7 @@ private:
     QDateTime (*m_now)() = &QDateTime::currentDateTime;
     QThread *m_workerThread = nullptr;
     ComPort *m_comPort = nullptr;
+    PortCommands *m_commands = nullptr; // deleted by the thread, like the worker
     convertData *m_parser = nullptr;
     datalogger *m_writer = nullptr;
 };

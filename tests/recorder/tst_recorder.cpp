@@ -239,6 +239,13 @@ void tst_recorder::service_reportsItsState()
     QVERIFY(manager.isBound());
     auto environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("NOTIFY_SOCKET"), socket);
+    // Lines of today from before the start are counted.
+    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("Data/ORK-2 N7")));
+    QFile today(path(QStringLiteral("Data/ORK-2 N7/"))
+        + QDate::currentDate().toString(u"yyyy.MM.dd") + QStringLiteral(".txt"));
+    QVERIFY(today.open(QIODevice::WriteOnly));
+    today.write("heading\r\nheading\r\n\r\nline\r\nline");
+    today.close();
     plugIn();
     start(environment);
     QByteArray told;
@@ -249,6 +256,8 @@ void tst_recorder::service_reportsItsState()
     QTRY_VERIFY_WITH_TIMEOUT(tells("READY=1"), kTimeoutMs);
     QTRY_VERIFY_WITH_TIMEOUT(
         tells("STATUS=" + QStringLiteral("Последнее измерение: 0420 и 1350").toUtf8()), kTimeoutMs);
+    QVERIFY(told.contains(QStringLiteral("За сегодня строк ").toUtf8()));
+    QVERIFY(!told.contains(QStringLiteral("За сегодня строк 0").toUtf8()));
     QVERIFY(!told.contains("WATCHDOG")); // not asked for
     m_process->terminate();
     QVERIFY(m_process->waitForFinished(kTimeoutMs));
