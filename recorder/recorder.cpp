@@ -25,11 +25,10 @@ void tell(Priority priority, const QString &text)
 
 } // namespace
 
-Recorder::Recorder(
-    const Configuration &configuration, const QString &configurationFile, QObject *parent)
+Recorder::Recorder(const Configuration &configuration, QString configurationFile, QObject *parent)
     : QObject(parent)
     , m_configuration(configuration)
-    , m_configurationFile(configurationFile)
+    , m_configurationFile(std::move(configurationFile))
     , m_station(std::make_unique<Station>(configuration.port, configuration.place))
 {
     connectStation();

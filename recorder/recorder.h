@@ -25,8 +25,8 @@ class Recorder : public QObject
     Q_OBJECT
 
 public:
-    Recorder(const Configuration &configuration, const QString &configurationFile,
-        QObject *parent = nullptr);
+    Recorder(
+        const Configuration &configuration, QString configurationFile, QObject *parent = nullptr);
     ~Recorder() override;
     Q_DISABLE_COPY_MOVE(Recorder)
 

@@ -18,12 +18,13 @@
 #include <QThread>
 
 #include <unistd.h>
+#include <utility>
 
 namespace ork2 {
 
-Station::Station(const QString &port, const RecordingPlace &place, QObject *parent)
+Station::Station(QString port, const RecordingPlace &place, QObject *parent)
     : QObject(parent)
-    , m_port(port)
+    , m_port(std::move(port))
     , m_workerThread(new QThread)
     , m_comPort(new ComPort)
     , m_commands(new PortCommands(*m_comPort))

@@ -49,7 +49,7 @@ class Station : public QObject
 
 public:
     // port: a path, which may be a link; it is followed at each attempt.
-    Station(const QString &port, const RecordingPlace &place, QObject *parent = nullptr);
+    Station(QString port, const RecordingPlace &place, QObject *parent = nullptr);
     ~Station() override;
     Q_DISABLE_COPY_MOVE(Station)
 

@@ -3,11 +3,13 @@
 
 #include "databasesql.h"
 
+#include <utility>
+
 namespace ork2 {
 
-UploadWorker::UploadWorker(const DatabaseServer &server, const QString &storePath)
-    : m_server(server)
-    , m_storePath(storePath)
+UploadWorker::UploadWorker(DatabaseServer server, QString storePath)
+    : m_server(std::move(server))
+    , m_storePath(std::move(storePath))
     , m_retry(this)
 {
     m_retry.setSingleShot(true);

@@ -26,7 +26,7 @@ class UploadWorker : public QObject
     Q_OBJECT
 
 public:
-    UploadWorker(const DatabaseServer &server, const QString &storePath);
+    UploadWorker(DatabaseServer server, QString storePath);
 
     void send();                        // all waiting rows; continues later if that fails
     void endSoon() { m_ending = true; } // from any thread: ends after the current row
