@@ -7,12 +7,17 @@
 
 namespace ork2 {
 
+QString dayFileFolder(const RecordingPlace &place)
+{
+    return place.base + QStringLiteral("/Data/ORK-2 N%1/").arg(place.unitNumber);
+}
+
 QString dayFileFolder(int unitNumber)
 {
     const QString namePath = storedText(kNamePath);
     const bool programFolder = namePath.startsWith(kProgramFolderMark);
-    const QString base = programFolder ? QCoreApplication::applicationDirPath() : namePath;
-    return base + QStringLiteral("/Data/ORK-2 N%1/").arg(unitNumber);
+    return dayFileFolder(
+        {programFolder ? QCoreApplication::applicationDirPath() : namePath, unitNumber});
 }
 
 QString openedDataFolder()

@@ -5,8 +5,20 @@
 
 namespace ork2 {
 
-// Both functions use the stored data folder. A value that begins with '!' is the program folder;
-// any other value is a path, which may be relative. No folder is created.
+// Where the day files of an instrument are written.
+struct RecordingPlace
+{
+    QString base; // the folder that contains "Data/", absolute
+    int unitNumber = 0;
+
+    bool operator==(const RecordingPlace &) const = default;
+};
+
+// Returns the folder of an instrument's day files, with a trailing slash.
+[[nodiscard]] QString dayFileFolder(const RecordingPlace &place);
+
+// The following functions use the stored data folder. A value that begins with '!' is the program
+// folder; any other value is a path, which may be relative. No folder is created.
 
 // Returns the folder of an instrument's day files, with a trailing slash.
 [[nodiscard]] QString dayFileFolder(int unitNumber);

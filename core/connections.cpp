@@ -5,6 +5,7 @@
 #include "convertdata.h"
 #include "datalogger.h"
 #include "mainbackend.h"
+#include "wiring.h"
 
 #include <QThread>
 
@@ -16,12 +17,8 @@ namespace ork2 {
 void connectMeasurement(const MeasurementObjects &objects)
 {
     const auto &[controller, workerThread, comPort, parser, fileWriter] = objects;
-    QObject::connect(&workerThread, SIGNAL(finished()), &workerThread, SLOT(deleteLater()));
+    connectWorker(workerThread, comPort, parser);
     QObject::connect(&comPort, SIGNAL(error_(QString)), &controller, SLOT(on_error(QString)));
-    QObject::connect(&workerThread, SIGNAL(started()), &comPort, SLOT(process_Port()));
-    QObject::connect(&comPort, SIGNAL(finished_Port()), &workerThread, SLOT(quit()));
-    QObject::connect(&workerThread, SIGNAL(finished()), &comPort, SLOT(deleteLater()));
-    QObject::connect(&comPort, SIGNAL(finished_Port()), &workerThread, SLOT(deleteLater()));
     QObject::connect(&controller, SIGNAL(savesettings(QString, int, int, int, int, int)), &comPort,
         SLOT(Write_Settings_Port(QString, int, int, int, int, int)));
     QObject::connect(&controller, SIGNAL(plugPlayComSettings(int, int, QString)), &comPort,
@@ -30,20 +27,15 @@ void connectMeasurement(const MeasurementObjects &objects)
     QObject::connect(&comPort, SIGNAL(statusBarMsg(QString)), &controller, SLOT(on_error(QString)));
     QObject::connect(&controller, SIGNAL(startButtonClicked()), &comPort, SLOT(ConnectPort()));
     QObject::connect(&controller, SIGNAL(stopButtonClicked()), &comPort, SLOT(DisconnectPort()));
-    QObject::connect(
-        &comPort, SIGNAL(readyToShowClouds(QByteArray)), &parser, SLOT(parseCloudData(QByteArray)));
     QObject::connect(&comPort, SIGNAL(connectLED(bool)), &controller, SLOT(connectionLed(bool)));
     QObject::connect(&fileWriter, SIGNAL(dataLedStatus(bool)), &controller, SLOT(dataLed(bool)));
     QObject::connect(&parser, SIGNAL(readyToShowClouds(QString, QString)), &controller,
         SLOT(showTheCloud(QString, QString)));
     QObject::connect(&controller, SIGNAL(connectionErrorClouds(QString, QString)), &controller,
         SLOT(showTheCloud(QString, QString)));
-    QObject::connect(&parser, SIGNAL(readyToShowClouds(QString, QString)), &fileWriter,
-        SLOT(DataCloudRecieved(QString, QString)));
+    connectFileWriter(parser, fileWriter);
     QObject::connect(&controller, SIGNAL(timeToData(QString, QString)), &fileWriter,
         SLOT(DateTimeRecieve(QString, QString)));
-    QObject::connect(&parser, SIGNAL(readyToShowCloudChanel(QString)), &fileWriter,
-        SLOT(DataCloudChanel(QString)));
     QObject::connect(&parser, SIGNAL(readyToShowCloudChanel(QString)), &controller,
         SLOT(showTheCloudChanel(QString)));
 }

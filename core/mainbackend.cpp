@@ -12,6 +12,7 @@
 #include "settingskeys.h"
 #include "sharedvalues.h"
 #include "timewindow.h"
+#include "wiring.h"
 
 #include <QDebug>
 #include <QDesktopServices>
@@ -61,10 +62,7 @@ mainBackEnd::mainBackEnd(QObject *parent)
     connect(m_plotTimer, &QTimer::timeout, this, &mainBackEnd::plotGraph);
     connect(m_saveTimer, &QTimer::timeout, this, &mainBackEnd::timeToSaveData);
     ork2::connectMeasurement({*this, *m_workerThread, *m_comPort, *m_convertData, *m_datalogger});
-    m_comPort->moveToThread(m_workerThread);
-    m_comPort->port().moveToThread(m_workerThread);
-    m_comPort->clearReceiveBuffer();
-    m_workerThread->start();
+    ork2::startWorker(*m_workerThread, *m_comPort);
     m_workerRunning = m_workerThread->isRunning();
     qDebug() << "Thread ID" << m_comPort->thread();
     qDebug() << "Seriad port thread ID" << m_comPort->port().thread();

@@ -3,6 +3,7 @@
 
 #include "frames.h"
 #include "portsearch.h"
+#include "watchtiming.h"
 
 #include <QDateTime>
 #include <QFont>
@@ -19,9 +20,7 @@ class convertData;
 class datalogger;
 
 namespace ork2 {
-inline constexpr int kRequestIntervalMs = 1000;
 inline constexpr int kPlotIntervalMs = 10000;
-inline constexpr int kLostAfterSeconds = 30; // the loss is reported in the next second
 // While the connection remains lost, the loss is reported again every 25 s. The value is not 0, so
 // that the file writer does not write until a frame resets the counter.
 inline constexpr int kCounterAfterLoss = 6;

@@ -2,9 +2,9 @@
 #include "databasesql.h"
 
 #include "odbcdriveralias.h"
-#include "settingskeys.h"
 
 #include <QDebug>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QSqlResult>
 #include <QTextStream>
@@ -55,6 +55,16 @@ databasesql::databasesql(QObject *parent)
     : QObject(parent)
 { }
 
+databasesql::databasesql(const ork2::DatabaseServer &server, QObject *parent)
+    : QObject(parent)
+    , m_server(server)
+{ }
+
+ork2::DatabaseServer databasesql::server() const
+{
+    return m_server ? *m_server : ork2::storedDatabaseServer();
+}
+
 void databasesql::setRowValues(const QVariantList &row)
 {
     const QMutexLocker lock(&m_rowLock);
@@ -104,11 +114,11 @@ void databasesql::ServerSettings(QString serv_addr, int portNum, QString userNam
 
 bool databasesql::connectToServer()
 {
-    const QSettings store = ork2::settingsStore();
-    m_host = ork2::storedText(store, ork2::kServerHost);
-    m_port = ork2::storedText(store, ork2::kServerPort).toInt();
-    m_userName = ork2::storedText(store, ork2::kServerUser);
-    m_userPass = ork2::storedText(store, ork2::kServerPassword);
+    const ork2::DatabaseServer server = this->server();
+    m_host = server.host;
+    m_port = server.port;
+    m_userName = server.user;
+    m_userPass = server.password;
 
     m_db = QSqlDatabase::addDatabase(ork2::kOdbcDriverName);
     m_db.setHostName(m_host);
@@ -121,6 +131,7 @@ bool databasesql::connectToServer()
     qDebug() << QSqlDatabase::drivers();
     if (!m_db.open()) {
         qDebug() << "Connection failed";
+        m_lastError = m_db.lastError().text();
         m_db.close();
         return false;
     }
@@ -130,17 +141,20 @@ bool databasesql::connectToServer()
 
 bool databasesql::inserIntoTable(QList<QVariant> data)
 {
-    m_station = u'\'' + ork2::storedText(ork2::kServerStation) + u'\'';
+    m_station = u'\'' + server().station + u'\'';
     QSqlQuery query(m_db);
     query.prepare(statement(data));
     setStatementTimeout(query);
     m_lastQuery = query.executedQuery();
     qDebug() << "SQL bind" << m_lastQuery;
-    QTextStream(stdout) << m_lastQuery << Qt::endl;
+    if (!m_server) {
+        QTextStream(stdout) << m_lastQuery << Qt::endl;
+    }
     const bool inserted = query.exec();
     if (inserted) {
         Q_EMIT logSQLData(m_lastQuery);
     } else {
+        m_lastError = query.lastError().text();
         qDebug() << "error insert into"
                  << "[UVIndex].[dbo].[UVI]";
         Q_EMIT logSQLData(QStringLiteral("SQL data failed!"));
@@ -168,6 +182,14 @@ void databasesql::closeConnection()
     QSqlDatabase::removeDatabase(name);
     qDebug() << "AfterDelete" << QSqlDatabase::connectionNames();
     qDebug() << "SQL closed";
+}
+
+void databasesql::close()
+{
+    const QString name = m_db.connectionName();
+    m_db.close();
+    m_db = QSqlDatabase();
+    QSqlDatabase::removeDatabase(name);
 }
 
 void databasesql::process()

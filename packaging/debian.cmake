@@ -19,7 +19,7 @@ endif()
 
 # Links and compressed files are not part of the sources; they are created in the build folder.
 set(made ${CMAKE_CURRENT_BINARY_DIR}/made)
-function(ork2_install_compressed source destination name)
+function(ork2_compress source destination name)
     set(target ${made}/${destination}/${name}.gz)
     add_custom_command(OUTPUT ${target}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${made}/${destination}
@@ -27,7 +27,10 @@ function(ork2_install_compressed source destination name)
         DEPENDS ${source}
         VERBATIM)
     set_property(DIRECTORY APPEND PROPERTY ork2_compressed ${target})
-    install(FILES ${target} DESTINATION ${destination})
+endfunction()
+function(ork2_install_compressed source destination name)
+    ork2_compress(${source} ${destination} ${name})
+    install(FILES ${made}/${destination}/${name}.gz DESTINATION ${destination})
 endfunction()
 
 file(MAKE_DIRECTORY ${made}/usr/bin)
@@ -42,8 +45,6 @@ foreach(program IN LISTS programs)
     endforeach()
 endforeach()
 ork2_install_compressed(${CMAKE_CURRENT_SOURCE_DIR}/debian/changelog ${documents} changelog)
-get_directory_property(compressed ork2_compressed)
-add_custom_target(ork2_compressed ALL DEPENDS ${compressed})
 
 install(FILES ork2-terminal.desktop DESTINATION usr/share/applications)
 install(FILES ru.kastor.ork2_terminal.metainfo.xml DESTINATION usr/share/metainfo)
@@ -70,6 +71,7 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${package_list})
 file(STRINGS ${package_list} lines)
 set(section "")
 set(run_packages "")
+set(recorder_packages "")
 foreach(line IN LISTS lines)
     string(REGEX REPLACE "#.*" "" line "${line}")
     string(STRIP "${line}" line)
@@ -85,9 +87,12 @@ foreach(line IN LISTS lines)
         endif()
     elseif(section STREQUAL "run" AND NOT line STREQUAL "")
         list(APPEND run_packages "${line}")
+    elseif(section STREQUAL "recorder" AND NOT line STREQUAL "")
+        list(APPEND recorder_packages "${line}")
     endif()
 endforeach()
 list(JOIN run_packages ", " CPACK_DEBIAN_PACKAGE_DEPENDS)
+list(JOIN recorder_packages ", " recorder_packages)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 
 set(CPACK_GENERATOR DEB)
@@ -101,3 +106,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 # The permissions of folders in the package must not depend on the umask of the user.
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+include(recorder.cmake)
+get_directory_property(compressed ork2_compressed)
+add_custom_target(ork2_compressed ALL DEPENDS ${compressed})

@@ -43,6 +43,20 @@ datalogger::datalogger(QObject *parent)
     , m_unitNumber(ork2::storedText(ork2::kUnitNumber).toInt())
     , m_channelName(ork2::kMainChannelName.toString())
 {
+    prepare();
+}
+
+datalogger::datalogger(const ork2::RecordingPlace &place, QObject *parent)
+    : QObject(parent)
+    , m_place(place)
+    , m_unitNumber(place.unitNumber)
+    , m_channelName(ork2::kMainChannelName.toString())
+{
+    prepare();
+}
+
+void datalogger::prepare()
+{
     connect(&m_uploads, SIGNAL(log(QString)), this, SLOT(dbLog(QString)));
     m_diskThread.setMaxThreadCount(1);
     // Values below the range of the sensors mean "never received"; each sensor has a different one.
@@ -52,6 +66,11 @@ datalogger::datalogger(QObject *parent)
             triple(neverReceived), triple(neverReceived), triple(neverReceived), neverReceived};
         neverReceived -= 1.0;
     }
+}
+
+void datalogger::setUploadTarget(std::function<void(const QVariantList &)> target)
+{
+    m_uploadTarget = std::move(target);
 }
 
 datalogger::SensorBlock *datalogger::block(int address)
@@ -124,7 +143,7 @@ void datalogger::dbLog(QString log)
 void datalogger::SendStringToFile()
 {
     checkHeaderTemplate();
-    const QString folder = ork2::dayFileFolder(m_unitNumber);
+    const QString folder = this->folder();
     const QString path = folder + m_fileNamePrefix + fileDate() + m_fileNameSuffix + kFileSuffix;
     if (m_unitNumber != 0 && !QDir(folder).exists()) {
         QDir().mkpath(folder); // a failure is detected when the file is opened
@@ -136,7 +155,12 @@ void datalogger::SendStringToFile()
     }
     Q_EMIT dataLedStatus(writeRecord(path));
     if (m_upload && !m_awaitingReading) {
-        m_uploads.add(arrayToQVList(record()));
+        const QVariantList row = arrayToQVList(record());
+        if (m_uploadTarget) {
+            m_uploadTarget(row);
+        } else {
+            m_uploads.add(row);
+        }
     }
 }
 
@@ -148,6 +172,11 @@ void datalogger::checkHeaderTemplate()
     } else if (!isRegular(file) || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         qDebug() << "File wasn't open";
     } // not read: the text is not used
+}
+
+QString datalogger::folder() const
+{
+    return m_place ? ork2::dayFileFolder(*m_place) : ork2::dayFileFolder(m_unitNumber);
 }
 
 QString datalogger::fileDate() const
@@ -180,12 +209,14 @@ QByteArray datalogger::record() const
 bool datalogger::writeRecord(const QString &path)
 {
     QFile file(path);
+    m_writeError.clear();
     // Always open for appending: a network share that is unavailable reports every file as missing
     // and may be available again immediately afterwards. Not in text mode, so that the bytes are
     // the same on all systems. Unbuffered, so that write() reports errors and close() does not
     // write again.
     if ((file.exists() && !isRegular(file))
         || !file.open(QIODevice::Append | QIODevice::Unbuffered)) {
+        m_writeError = file.errorString();
         qDebug() << "File wasn't open";
         return false;
     }
@@ -200,6 +231,7 @@ bool datalogger::writeRecord(const QString &path)
         // On a full disk, part of a line may have been written. Remove it to keep complete lines
         // only.
         qDebug() << "File wasn't written: " << file.errorString();
+        m_writeError = file.errorString();
         file.resize(wholeLines);
         if (newDay) {
             file.remove();
@@ -228,6 +260,7 @@ void datalogger::flushToDisk(const QFile &file)
             const QString text = qt_error_string(errno);
             QMetaObject::invokeMethod(this, [this, text] {
                 qDebug() << "File wasn't written: " << text;
+                m_writeError = text;
                 Q_EMIT dataLedStatus(false);
             });
         }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "datafolder.h"
 #include "uploadqueue.h"
 
 #include <QByteArray>
@@ -10,6 +11,8 @@
 #include <QVariant>
 
 #include <array>
+#include <functional>
+#include <optional>
 
 class QFile;
 
@@ -31,11 +34,23 @@ class datalogger : public QObject
     Q_OBJECT
 
 public:
+    // Uses the unit number and the folder of the settings store.
     explicit datalogger(QObject *parent = nullptr);
+    // Uses the given place only; the settings store is neither read nor written.
+    explicit datalogger(const ork2::RecordingPlace &place, QObject *parent = nullptr);
 
     // Call at the start of a measurement. Nothing is written to the file or the database until the
     // next reading is received, so that no reading of an earlier measurement is recorded.
     void awaitReading() { m_awaitingReading = true; }
+
+    // Rows to upload are passed to this function instead of the UploadQueue, in the main thread.
+    void setUploadTarget(std::function<void(const QVariantList &)> target);
+
+    // The system's text of the error that prevented the last line from being written; empty if it
+    // was written, or if there was nothing to write.
+    [[nodiscard]] QString writeError() const { return m_writeError; }
+    // Returns whether a line is being flushed to the disk, which may take long on a slow disk.
+    [[nodiscard]] bool isFlushing() const { return m_diskThread.activeThreadCount() > 0; }
 
 Q_SIGNALS:
     void debugLog(QString log);
@@ -77,6 +92,8 @@ private:
     enum class DateForm { Dots = 0, Plain = 1, PlainLastSix = 2 };
 
     [[nodiscard]] SensorBlock *block(int address);
+    void prepare();
+    [[nodiscard]] QString folder() const;
     [[nodiscard]] QString fileDate() const;
     [[nodiscard]] QByteArray header() const;
     [[nodiscard]] QByteArray record() const;
@@ -85,6 +102,7 @@ private:
     static void checkHeaderTemplate();
 
     std::array<SensorBlock, kWindSensors> m_sensors;
+    std::optional<ork2::RecordingPlace> m_place; // unset: that of the settings store
     int m_unitNumber = 0;                 // read once; 0: no folder and no header are created
     DateForm m_dateForm = DateForm::Dots; // never changed
     bool m_upload = false;
@@ -96,6 +114,8 @@ private:
     QString m_firstLayer;
     QString m_secondLayer;
     QString m_channelName;
+    QString m_writeError;
     ork2::UploadQueue m_uploads;
-    QThreadPool m_diskThread; // flushes written lines to the disk
+    std::function<void(const QVariantList &)> m_uploadTarget; // replaces m_uploads if set
+    QThreadPool m_diskThread;                                 // flushes written lines to the disk
 };

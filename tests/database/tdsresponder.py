@@ -34,6 +34,7 @@ MODES = (
     "die-login",
     "die-statement",
     "error-statement",
+    "die-confirmation",  # the statement is executed, but the client does not learn it
 )
 
 BATCH, RPC, REPLY, ATTENTION, LOGIN7, PRELOGIN = 1, 3, 4, 6, 0x10, 0x12
@@ -314,6 +315,8 @@ class Session(socketserver.BaseRequestHandler):
             self.report("refused %s" % json.dumps(text, ensure_ascii=False))
             return error(102, 15, "Incorrect syntax.") + done(token, DONE_ERROR | more)
         self.report("inserted")
+        if mode == "die-confirmation":
+            raise EOFError
         return done(token, DONE_COUNT | more, 1)
 
     def procedure(self, reader):

@@ -5,6 +5,7 @@
 #include "odbcdriveralias.h"
 #include "profile.h"
 
+#include <QDebug>
 #include <QElapsedTimer>
 #include <QMetaMethod>
 #include <QSignalSpy>
@@ -43,6 +44,14 @@ const QString kStatementStart =
                    "[Temperature], [Radiation], [UVIndex]) VALUES (");
 
 } // namespace
+
+// The list of drivers as the uploader logs it. Other drivers of this machine may precede QODBC3.
+static QString presentDrivers()
+{
+    QString text;
+    QDebug(&text) << QSqlDatabase::drivers();
+    return text.trimmed();
+}
 
 class tst_databasesql : public QObject
 {
@@ -213,7 +222,7 @@ void tst_databasesql::noStoredParameters_defaultsAreUsed()
     QCOMPARE(probe.db().databaseName(),
         QStringLiteral("DRIVER={ODBC Driver 17 for SQL Server}; DATABASE=UVIndex; "
                        "SERVER=" ORK2_DEFAULT_DB_HOST));
-    QCOMPARE(log.lines().first(), QStringLiteral("QList(\"QODBC\", \"QODBC3\")"));
+    QCOMPARE(log.lines().first(), presentDrivers());
     QVERIFY(log.lines().contains(QStringLiteral("Connection failed")));
     probe.closeConnection();
     QCOMPARE(QSqlDatabase::connectionNames(), QStringList());
@@ -314,10 +323,9 @@ void tst_databasesql::unknownDriver_failsToConnect()
         ownLines.removeAll(qtWarning);
     }
     QCOMPARE(ownLines,
-        QStringList(
-            {QStringLiteral("QList(\"QODBC\", \"QODBC3\")"), QStringLiteral("Connection failed"),
-                QStringLiteral("BeforeDelete \"qt_sql_default_connection\""),
-                QStringLiteral("AfterDelete QList()"), QStringLiteral("SQL closed")}));
+        QStringList({presentDrivers(), QStringLiteral("Connection failed"),
+            QStringLiteral("BeforeDelete \"qt_sql_default_connection\""),
+            QStringLiteral("AfterDelete QList()"), QStringLiteral("SQL closed")}));
 }
 
 void tst_databasesql::process_pausesItsThread_thenFinishes()
