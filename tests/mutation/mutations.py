@@ -292,4 +292,16 @@ MUTATIONS = [
      "qml_MyMenu"),
     ("a click on an open menu opens it again", "qml/MyMenu.qml",
      "closedAtPress = !menu.visible", "closedAtPress = true", "qml_MyMenu"),
+    # The archive
+    ("a file of returns is one line", "archive/parser/dayfileparser.cpp",
+     "    if (m_returns > 0) {\n", "    if (false) {\n", "tst_dayfileparser"),
+    ("an endless line is kept", "archive/parser/dayfileparser.cpp",
+     "m_kept.size() + text.size() > kMaxDayLineLength", "false", "tst_dayfileparser"),
+    ("a torn line is not reported", "archive/parser/dayfileparser.cpp",
+     "if (separators != kRecordFields - 1)", "if (separators > kRecordFields - 1)",
+     "tst_dayfileparser"),
+    ("hour 24 is valid", "archive/parser/dayfileparser.cpp", "hour < 24", "hour < 25",
+     "tst_dayfileparser"),
+    ("zeros before a line hide it", "archive/parser/dayfileparser.cpp",
+     "!line.isEmpty() && line.front() == '\\0'", "false", "tst_dayfileparser"),
 ]
