@@ -47,7 +47,7 @@ private:
 
 qint64 roundedUpToMinute(qint64 time)
 {
-    return (time + kMinuteSeconds - 1) / kMinuteSeconds;
+    return (time + kSecondsPerMinute - 1) / kSecondsPerMinute;
 }
 
 void addLow(Counts &counts, std::optional<int> base)
@@ -85,7 +85,7 @@ Counts countMinutes(const History &history, qint64 from, qint64 to, qint64 now)
     Counts counts;
     HeightHistogram first;
     HeightHistogram second;
-    const qint64 nowMinute = now / kMinuteSeconds;
+    const qint64 nowMinute = now / kSecondsPerMinute;
     qint64 received = 0;
     qint64 early = 0; // lines of this minute, or with a wrong clock even of later ones
     history.forEachMinute(from, to, [&](const Sample &sample) {

@@ -13,8 +13,8 @@
 
 namespace ork2 {
 
-inline constexpr qint64 kMinuteSeconds = 60;
-inline constexpr qint64 kDaySeconds = 86400;
+inline constexpr qint64 kSecondsPerMinute = 60;
+inline constexpr qint64 kSecondsPerDay = 86400;
 
 // One line of a day file.
 struct Sample
@@ -24,7 +24,7 @@ struct Sample
     LayerValue second;
     RecordChannel channel = RecordChannel::Unknown;
 
-    [[nodiscard]] qint64 minute() const { return time / kMinuteSeconds; }
+    [[nodiscard]] qint64 minute() const { return time / kSecondsPerMinute; }
 };
 
 // Something in a day file that cannot be read, or that is shown although it is doubtful.

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QFileInfo>
 #include <QTimer>
 #include <QVariantMap>
 
@@ -13,9 +14,19 @@ namespace {
 
 const QString kService = QStringLiteral("org.freedesktop.Notifications");
 
+// Without a session bus, connecting would try to start one and block the window.
+bool hasSessionBus()
+{
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
+        || QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
+}
+
 // Returns without waiting for an answer: a missing service must not stop the window.
 void notify(const QString &title, const QString &text)
 {
+    if (!hasSessionBus()) {
+        return;
+    }
     QDBusMessage message = QDBusMessage::createMethodCall(kService,
         QStringLiteral("/org/freedesktop/Notifications"), kService, QStringLiteral("Notify"));
     constexpr uchar kCritical = 2;

@@ -387,7 +387,7 @@ void ArchiveChart::keyPressEvent(QKeyEvent *event)
     } else if (moves) {
         // One minute, or one pixel if it is longer.
         const qint64 step =
-            std::max(kMinuteSeconds, (to() - from()) / std::max(1, m_heights->width()));
+            std::max(kSecondsPerMinute, (to() - from()) / std::max(1, m_heights->width()));
         const qint64 start = m_cursorTime != 0 ? m_cursorTime : (from() + to()) / 2;
         moveCursor(std::clamp(start + direction * step, from(), to()));
     } else if (event->key() == Qt::Key_Home) {

@@ -72,8 +72,8 @@ QString channelText(RecordChannel channel)
 ArchiveWindow::ArchiveWindow(const QTimeZone &zone, QWidget *parent)
     : QMainWindow(parent)
     , m_zone(zone)
-    , m_loader(zone)
-    , m_watch(journalPath(), zone)
+    , m_loader(zone, this)
+    , m_watch(journalPath(), zone, this)
     , m_updateTimer(new QTimer(this))
     , m_clockTimer(new QTimer(this))
 {
@@ -155,6 +155,7 @@ void ArchiveWindow::connectWidgets()
     connect(&m_loader, &HistoryLoader::loaded, this, [this] {
         updateHistory();
         restartWatch();
+        m_watch.addNew(m_loader.history());
     });
     connect(&m_loader, &HistoryLoader::dayLoaded, this, [this] {
         updateHistory();
@@ -229,6 +230,7 @@ void ArchiveWindow::selectUnit(int unit)
     m_units->setCurrentIndex(m_units->findData(unit));
     const Instrument *chosen = instrument();
     m_calendar->setMarkedDays(chosen != nullptr ? chosen->days : QList<QDate>());
+    m_watch.stop();
     m_loadedFirst = {};
     m_loadedLast = {};
     ensureLoaded();
@@ -320,7 +322,8 @@ void ArchiveWindow::setFollowing(bool following)
 void ArchiveWindow::restartWatch()
 {
     const WatchSettings settings = storedWatchSettings();
-    const bool needed = settings.enabled && isFollowing() && m_unit >= 0;
+    const bool needed =
+        settings.enabled && isFollowing() && instrument() != nullptr && !m_loader.isLoading();
     if (needed && !m_watch.isRunning()) {
         m_watch.start(settings, m_unit, m_loader.history());
     } else if (!settings.enabled) {
@@ -389,7 +392,7 @@ void ArchiveWindow::updateReadout(qint64 time)
     const History &history = m_loader.history();
     const Sample *sample = history.nearest(time);
     const qint64 step = std::max<qint64>(
-        kMinuteSeconds, (m_chart->to() - m_chart->from()) / std::max(1, m_chart->width()));
+        kSecondsPerMinute, (m_chart->to() - m_chart->from()) / std::max(1, m_chart->width()));
     const bool near = sample != nullptr && std::abs(sample->time - time) <= step;
     const QString timeText = QDateTime::fromSecsSinceEpoch(near ? sample->time : time, m_zone)
                                  .toString(QStringLiteral("dd.MM.yyyy hh:mm"));

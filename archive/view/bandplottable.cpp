@@ -34,6 +34,7 @@ public:
         : m_bands(bands)
         , m_painter(painter)
         , m_row(row)
+        , m_joined(bands.mKeyAxis->range().size() / bands.mKeyAxis->axisRect()->width() / 2)
     { }
     Spans(const Spans &) = delete;
     Spans &operator=(const Spans &) = delete;
@@ -42,16 +43,14 @@ public:
     // In seconds since the epoch. Spans must be added in the order of their times.
     void add(qint64 from, qint64 to, int code = 0)
     {
-        const double left = m_bands.mKeyAxis->coordToPixel(static_cast<double>(from));
-        const double right = m_bands.mKeyAxis->coordToPixel(static_cast<double>(to));
-        if (m_open && code == m_code && left <= m_right + 0.5) {
-            m_right = std::max(m_right, right);
+        if (m_open && code == m_code && static_cast<double>(from - m_to) <= m_joined) {
+            m_to = std::max(m_to, to);
             return;
         }
         finish();
         m_open = true;
-        m_left = left;
-        m_right = right;
+        m_from = from;
+        m_to = to;
         m_code = code;
     }
 
@@ -59,7 +58,9 @@ private:
     void finish()
     {
         if (m_open) {
-            m_bands.drawSpan(m_painter, m_row, m_left, m_right, m_code);
+            const QCPAxis &axis = *m_bands.mKeyAxis;
+            m_bands.drawSpan(m_painter, m_row, axis.coordToPixel(static_cast<double>(m_from)),
+                axis.coordToPixel(static_cast<double>(m_to)), m_code);
         }
     }
 
@@ -67,8 +68,9 @@ private:
     QCPPainter &m_painter;
     Row m_row;
     bool m_open = false;
-    double m_left = 0;
-    double m_right = 0;
+    double m_joined; // a shorter pause, in seconds, cannot be seen
+    qint64 m_from = 0;
+    qint64 m_to = 0;
     int m_code = 0;
 };
 
@@ -119,8 +121,8 @@ void BandPlottable::draw(QCPPainter *painter)
     Spans codes(*this, *painter, Codes);
     qint64 end = from; // of the last minute with a line
     m_history.forEach(from - kLongestPause, to, [&](const Sample &sample) {
-        const qint64 minuteEnd = sample.time + kMinuteSeconds;
-        if (sample.time - end > kLongestPause - kMinuteSeconds) {
+        const qint64 minuteEnd = sample.time + kSecondsPerMinute;
+        if (sample.time - end > kLongestPause - kSecondsPerMinute) {
             noData.add(end, sample.time);
         }
         end = minuteEnd;
@@ -134,7 +136,7 @@ void BandPlottable::draw(QCPPainter *painter)
             codes.add(sample.time, minuteEnd, codeOf(sample));
         }
     });
-    if (to - end > kLongestPause - kMinuteSeconds) {
+    if (to - end > kLongestPause - kSecondsPerMinute) {
         noData.add(end, to);
     }
 }

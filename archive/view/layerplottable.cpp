@@ -15,7 +15,7 @@ constexpr double kMarkRadius = 2.5;
 constexpr double kAboveMarkWidth = 8;
 constexpr double kAboveMarkHeight = 6;
 constexpr double kSecondsPerMark = 400; // fewer seconds per pixel: marks are drawn separately
-constexpr int kOutlineDarkness = 150;
+constexpr int kOutlineDarkness = 125;
 constexpr double kLightFill = 0.5;
 
 } // namespace

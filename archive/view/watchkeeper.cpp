@@ -7,6 +7,12 @@
 
 namespace ork2 {
 
+namespace {
+
+constexpr qint64 kRecentSeconds = 600; // an older height raises no alarm at the start
+
+} // namespace
+
 WatchKeeper::WatchKeeper(const QString &journalPath, const QTimeZone &zone, QObject *parent)
     : QObject(parent)
     , m_zone(zone)
@@ -28,7 +34,8 @@ void WatchKeeper::start(const WatchSettings &settings, int unit, const History &
     const qint64 now = QDateTime::currentSecsSinceEpoch();
     m_watch.start(settings, now);
     const Sample *last = history.nearest(now);
-    m_lastTime = last != nullptr ? last->time - 1 : 0;
+    const bool isRecent = last != nullptr && now - last->time < kRecentSeconds;
+    m_lastTime = isRecent ? last->time - 1 : now;
     m_timer->start();
     addNew(history);
 }

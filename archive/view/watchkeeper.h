@@ -21,7 +21,8 @@ class WatchKeeper : public QObject
 public:
     WatchKeeper(const QString &journalPath, const QTimeZone &zone, QObject *parent = nullptr);
 
-    // Begins with the last sample of the history, if the settings are enabled.
+    // Begins with the last sample of the history if it is recent. Does nothing if the settings are
+    // not enabled.
     void start(const WatchSettings &settings, int unit, const History &history);
     void stop();
     [[nodiscard]] bool isRunning() const;
