@@ -9,7 +9,7 @@
 
 namespace {
 
-QStringList argumentsOf(int argc, char *argv[])
+QStringList argumentsOf(int argc, char **argv)
 {
     QStringList arguments;
     for (int i = 0; i < argc; ++i) {

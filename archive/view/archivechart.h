@@ -14,9 +14,9 @@ class LayerPlottable;
 
 enum class HeightScale { Usual, Whole, Logarithmic };
 
-inline constexpr int kUsualHeight = 3000;            // metres, top of the usual scale
-inline constexpr qint64 kShortestRange = 600;        // seconds
-inline constexpr qint64 kLongestRange = 400 * 86400; // seconds
+inline constexpr int kUsualHeight = 3000;                     // metres, top of the usual scale
+inline constexpr qint64 kShortestRange = 600;                 // seconds
+inline constexpr qint64 kLongestRange = 400 * kSecondsPerDay; // seconds
 
 // Both layers and the bands over time. The range is changed by the wheel, by dragging and with the
 // keyboard; the mouse and the arrow keys move a cursor.
