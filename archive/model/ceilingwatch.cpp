@@ -60,12 +60,13 @@ QList<WatchEvent> CeilingWatch::tick(qint64 now)
 
 std::optional<WatchEvent> CeilingWatch::low() const
 {
-    for (auto it = m_thresholds.crbegin(); it != m_thresholds.crend(); ++it) {
-        if (it->alarm) {
-            return it->alarm;
+    std::optional<WatchEvent> lowest;
+    for (const Threshold &threshold : m_thresholds) {
+        if (threshold.alarm) {
+            lowest = threshold.alarm;
         }
     }
-    return std::nullopt;
+    return lowest;
 }
 
 std::optional<WatchEvent> CeilingWatch::silence() const
