@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dayfile.h"
 
-#include "dayfileformat.h"
-#include "frames.h"
+#include "dayfileparser.h"
 #include "readingframe.h"
-
-#include <QStringList>
-#include <QTime>
 
 #include <algorithm>
 #include <optional>
@@ -17,78 +13,68 @@ namespace {
 
 // Returns the height field to send. A corrupted reading may have left any characters in the file,
 // one for each byte; they are sent unchanged.
-std::optional<QByteArray> lineField(const QString &height)
+std::optional<QByteArray> lineField(LayerValue value, QByteArrayView field)
 {
-    if (height == kNoValueDashes) {
+    if (value.isNoCloud()) {
         return heightField(kNoValueHeight);
     }
+    const QString text = QString::fromUtf8(field);
     const auto isOneByte = [](QChar c) { return c.unicode() <= 0xFF; };
-    if (height.size() != kHeightDigits || !std::all_of(height.begin(), height.end(), isOneByte)) {
+    if (text.size() != kHeightDigits || !std::all_of(text.begin(), text.end(), isOneByte)) {
         return std::nullopt;
     }
-    return height.toLatin1();
+    return text.toLatin1();
 }
 
-std::optional<Channel> namedChannel(const QString &name)
+// Collects the readings up to the first line that cannot be sent.
+class ReadingCollector : public DayFileReceiver
 {
-    if (name == kMainChannelName) {
-        return Channel::Main;
+public:
+    void record(const DayRecord &record, QByteArrayView firstField, QByteArrayView secondField,
+        qint64 line) override
+    {
+        if (badLine > 0) {
+            return;
+        }
+        const auto first = lineField(record.first, firstField);
+        const auto second = lineField(record.second, secondField);
+        if (!first || !second || record.channel == RecordChannel::Unknown) {
+            badLine = line;
+            return;
+        }
+        const Channel channel =
+            record.channel == RecordChannel::Main ? Channel::Main : Channel::Reserve;
+        steps.push_back({Transmission{readingFrame(channel, *first, *second)}, 1});
     }
-    if (name == kReserveChannelName) {
-        return Channel::Reserve;
-    }
-    return std::nullopt;
-}
 
-bool isHeading(const QString &line)
-{
-    return line.startsWith(kUnitHeading) || line.startsWith(kTimeHeading);
-}
+    void problem(LineProblem problem, qint64 line) override
+    {
+        if (badLine == 0 && problem != LineProblem::BadHeight) {
+            badLine = line;
+        }
+    }
 
-// Returns std::nullopt if the line is not a record.
-std::optional<Step> recordStep(const QString &line)
-{
-    const QStringList fields = line.split(kFieldSeparator);
-    if (fields.size() != kRecordFields
-        || !QTime::fromString(fields[0], kTimeFormat.toString()).isValid()) {
-        return std::nullopt;
-    }
-    const auto first = lineField(fields[1]);
-    const auto second = lineField(fields[2]);
-    const auto channel = namedChannel(fields[3]);
-    if (!first || !second || !channel) {
-        return std::nullopt;
-    }
-    return Transmission{readingFrame(*channel, *first, *second)};
-}
+    std::vector<ScriptStep> steps;
+    qint64 badLine = 0; // 0: none
+};
 
 } // namespace
 
 ScriptResult parseDayFile(const QByteArray &text, const QString &fileName)
 {
+    ReadingCollector collector;
+    DayFileParser parser(collector);
+    parser.parse(text);
+    parser.finish();
     ScriptResult result;
-    int lineNumber = 0;
-    for (const QByteArray &bytes : text.split('\n')) {
-        ++lineNumber;
-        QString line = QString::fromUtf8(bytes);
-        while (line.endsWith(u'\r')) {
-            line.chop(1);
-        }
-        if (line.isEmpty() || isHeading(line)) {
-            continue;
-        }
-        std::optional<Step> step = recordStep(line);
-        if (!step) {
-            result.error = QStringLiteral("%1:%2: no record of time, two heights and channel name")
-                               .arg(fileName)
-                               .arg(lineNumber);
-            return result;
-        }
-        result.script.steps.push_back({std::move(*step), 1});
-    }
-    if (result.script.steps.empty()) {
+    if (collector.badLine > 0) {
+        result.error = QStringLiteral("%1:%2: no record of time, two heights and channel name")
+                           .arg(fileName)
+                           .arg(collector.badLine);
+    } else if (collector.steps.empty()) {
         result.error = QStringLiteral("%1: there is no record to play").arg(fileName);
     }
+    result.script.steps = std::move(collector.steps);
     return result;
 }
 
