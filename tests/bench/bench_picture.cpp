@@ -20,6 +20,7 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <vector>
 
 namespace {
@@ -94,10 +95,17 @@ int main(int argc, char *argv[])
         next.setInterval(QRandomGenerator::global()->bounded(kShortestPauseMs, kLongestPauseMs));
         sent = Clock::now();
         state = State::OnTheLine;
-        line.write(frameNumber(static_cast<int>(milliseconds.size())));
+        const QByteArray frame = frameNumber(static_cast<int>(milliseconds.size()));
+        if (line.write(frame) != frame.size()) {
+            std::fprintf(stderr, "The frame could not be written\n");
+            QCoreApplication::exit(1);
+        }
     });
     next.start(kSettleMs);
     const int status = QCoreApplication::exec();
+    if (status != 0) {
+        std::_Exit(status);
+    }
 
     std::sort(milliseconds.begin(), milliseconds.end());
     std::printf("from byte to picture, %d readings: median %.0f ms, longest %.0f ms\n", kReadings,
