@@ -9,7 +9,7 @@ namespace ork2 {
 
 namespace {
 
-constexpr qsizetype kWriteLength = 64 * 1024; // bytes
+constexpr qsizetype kWriteLength = 65536; // bytes
 
 const QString kHeader = QStringLiteral("Время,Первый слой (м),Второй слой (м),Канал,Код\r\n");
 

@@ -10,7 +10,7 @@ namespace ork2 {
 
 namespace {
 
-constexpr qint64 kPieceLength = 256 * 1024; // bytes read at a time
+constexpr qint64 kPieceLength = 262144; // bytes read at a time
 
 QString textOf(LineProblem problem)
 {

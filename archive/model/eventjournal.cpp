@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<const char *, 5> kKinds{
     "below", "above", "silence", "resumed", "acknowledged"};
 constexpr qsizetype kFields = 5;
-constexpr qint64 kMaxRead = 1024 * 1024; // bytes at the end of the file
+constexpr qint64 kMaxRead = 1048576; // bytes at the end of the file
 
 std::optional<JournalEntry> entryOf(const QByteArray &line)
 {
