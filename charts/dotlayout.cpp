@@ -13,12 +13,12 @@ constexpr qreal kGlowSpacing = 0.7;
 bool hasGlowNear(const QList<Dot> &dots, QPoint corner, qreal spacing)
 {
     // The points are in the order of time, so the nearest ones are at the end.
-    for (auto dot = dots.crbegin(); dot != dots.crend(); ++dot) {
-        const QPoint distance = corner - dot->corner;
+    for (qsizetype i = dots.size() - 1; i >= 0; --i) {
+        const QPoint distance = corner - dots[i].corner;
         if (distance.x() >= spacing) {
             return false;
         }
-        if (dot->glows && QPoint::dotProduct(distance, distance) < spacing * spacing) {
+        if (dots[i].glows && QPoint::dotProduct(distance, distance) < spacing * spacing) {
             return true;
         }
     }

@@ -34,13 +34,14 @@ std::vector<qreal> disc(int side, int diameter)
     return coverage;
 }
 
+// By distance in pixels; the sum over both directions is 1.
 std::vector<qreal> gaussianWeights(qreal sigma, int reach)
 {
-    std::vector<qreal> weights;
-    qreal sum = 0;
-    for (int i = -reach; i <= reach; ++i) {
+    std::vector<qreal> weights{1};
+    qreal sum = 1;
+    for (int i = 1; i <= reach; ++i) {
         weights.push_back(qExp(-i * i / (2 * sigma * sigma)));
-        sum += weights.back();
+        sum += 2 * weights.back();
     }
     for (qreal &weight : weights) {
         weight /= sum;
@@ -59,7 +60,7 @@ std::vector<qreal> blurredRows(const std::vector<qreal> &square, int side, qreal
         for (int x = 0; x < side; ++x) {
             qreal sum = 0;
             for (int i = std::max(-reach, -x); i <= std::min(reach, side - 1 - x); ++i) {
-                sum += weights[static_cast<std::size_t>(i + reach)]
+                sum += weights[static_cast<std::size_t>(qAbs(i))]
                     * square[static_cast<std::size_t>(y) * side + x + i];
             }
             blurred[static_cast<std::size_t>(x) * side + y] = std::min(1.0, sum * strength);

@@ -36,8 +36,8 @@ std::optional<JournalEntry> entryOf(const QByteArray &line)
 
 } // namespace
 
-EventJournal::EventJournal(const QString &path)
-    : m_path(path)
+EventJournal::EventJournal(QString path)
+    : m_path(std::move(path))
 { }
 
 QString EventJournal::append(int unit, const WatchEvent &event) const

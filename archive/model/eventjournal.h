@@ -19,7 +19,7 @@ struct JournalEntry
 class EventJournal
 {
 public:
-    explicit EventJournal(const QString &path);
+    explicit EventJournal(QString path);
 
     // Creates the file and its folder if necessary, and flushes the line to the system. Returns an
     // error message for the user, empty if the event was stored.

@@ -65,6 +65,7 @@ TenMinutes reportTenMinutes(const History &history, qint64 end)
     report.heights = static_cast<int>(heights.size());
     if (!heights.empty()) {
         std::vector<int> metres;
+        metres.reserve(heights.size());
         for (const TimedHeight &height : heights) {
             metres.push_back(height.height);
         }

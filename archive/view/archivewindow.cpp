@@ -293,9 +293,9 @@ void ArchiveWindow::movePeriod(int direction)
     case Period::Day:
         return showDate(last.addDays(direction));
     case Period::ThreeDays:
-        return showDate(last.addDays(3 * direction));
+        return showDate(last.addDays(qint64{3} * direction));
     case Period::Week:
-        return showDate(last.addDays(7 * direction));
+        return showDate(last.addDays(qint64{7} * direction));
     case Period::Month:
         return showDate(last.addMonths(direction));
     case Period::Year:

@@ -150,7 +150,7 @@ MUTATIONS = [
      "(middle - toCorner).toPoint()", "QPoint((middle - toCorner).x(), (middle - toCorner).y())",
      "tst_dotlayout"),
     ("all dots of a line glow", "charts/dotlayout.cpp",
-     "dot->glows && ", "false && ", "tst_dotlayout"),
+     "dots[i].glows && ", "false && ", "tst_dotlayout"),
     ("the glow of a dot is cut off", "charts/dotsprites.cpp",
      "kVisibleGlow = 7", "kVisibleGlow = 4", "tst_dotsprites"),
     ("the frame rate is not limited", "app/drawing.cpp",
