@@ -8,7 +8,7 @@ namespace ork2 {
 QString datesText(QDate from, QDate to)
 {
     const QLocale russian(QLocale::Russian);
-    const QString last = russian.toString(to, QStringLiteral("d MMMM yyyy 'г.'"));
+    QString last = russian.toString(to, QStringLiteral("d MMMM yyyy 'г.'"));
     if (from == to) {
         return last;
     }

@@ -55,9 +55,10 @@ QVector<double> TimeTicker::ticksOfHours(double tickStep, const QCPRange &range)
         const auto start = static_cast<double>(date.startOfDay(m_zone).toSecsSinceEpoch());
         const auto end = static_cast<double>(date.addDays(1).startOfDay(m_zone).toSecsSinceEpoch());
         const double skipped = std::max(0.0, std::floor((range.lower - start) / tickStep));
-        for (double tick = start + skipped * tickStep; tick < std::min(end, range.upper + tickStep);
-             tick += tickStep) {
-            ticks.append(tick);
+        const double first = start + skipped * tickStep;
+        const double last = std::min(end, range.upper + tickStep);
+        for (int i = 0; first + i * tickStep < last; ++i) {
+            ticks.append(first + i * tickStep);
         }
     }
     return ticks;
@@ -77,11 +78,11 @@ QVector<double> TimeTicker::ticksOfDays(double tickStep, const QCPRange &range) 
 
 QVector<double> TimeTicker::createTickVector(double tickStep, const QCPRange &range)
 {
-    const QVector<double> ticks =
+    QVector<double> ticks =
         tickStep < kDay ? ticksOfHours(tickStep, range) : ticksOfDays(tickStep, range);
-    const auto first =
-        std::find_if(ticks.begin(), ticks.end(), [&](double tick) { return tick >= range.lower; });
-    m_firstTick = first != ticks.end() ? *first : 0;
+    const auto first = std::find_if(
+        ticks.constBegin(), ticks.constEnd(), [&](double tick) { return tick >= range.lower; });
+    m_firstTick = first != ticks.constEnd() ? *first : 0;
     return ticks;
 }
 
