@@ -13,8 +13,11 @@ if(NOT MSVC)
         target_compile_options(ork2_build_flags INTERFACE -Werror)
     endif()
     if(ORK2_SANITIZE)
+        # Half of the time to compile a test would be for undefined behaviour, which is looked for
+        # in the programs only.
         target_compile_options(ork2_build_flags INTERFACE
-            -fsanitize=${ORK2_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+            -fsanitize=${ORK2_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=undefined
+            $<$<BOOL:$<TARGET_PROPERTY:ORK2_TEST_CODE>>:-fno-sanitize=undefined>)
         target_link_options(ork2_build_flags INTERFACE -fsanitize=${ORK2_SANITIZE})
         if(ORK2_SANITIZE MATCHES "address")
             add_library(ork2_keep_libraries OBJECT
@@ -30,17 +33,28 @@ if(NOT MSVC)
     endif()
 endif()
 
+# Most of the time to compile a file would go into the headers of Qt Core. The precompiled headers
+# must have been compiled with the flags of the files that use them.
+function(ork2_add_qt_headers target)
+    add_library(${target} OBJECT ${PROJECT_SOURCE_DIR}/cmake/qtheaders.cpp)
+    target_link_libraries(${target} PRIVATE ork2_build_flags Qt6::Core)
+    target_precompile_headers(${target} PRIVATE <QtCore>)
+endfunction()
+ork2_add_qt_headers(ork2_qt_headers)
+
 # Adds the library of a folder. Its headers are included by file name, for example "comport.h".
 function(ork2_add_library target)
     add_library(${target} STATIC ${ARGN})
     target_include_directories(${target} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
     target_link_libraries(${target} PUBLIC ork2_build_flags)
+    target_precompile_headers(${target} REUSE_FROM ork2_qt_headers)
 endfunction()
 
 # Adds a program for users, built in bin/. Tests and benchmarks are built in their own folders.
 function(ork2_add_program target)
     add_executable(${target} ${ARGN})
     target_link_libraries(${target} PRIVATE ork2_build_flags)
+    target_precompile_headers(${target} REUSE_FROM ork2_qt_headers)
     set_target_properties(${target} PROPERTIES
         RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 endfunction()

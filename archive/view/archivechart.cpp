@@ -17,7 +17,6 @@ constexpr int kLabelWidth = 85;   // pixels between the labels of the time axis
 constexpr double kLogLowest = 10; // metres
 constexpr double kLogHighest = 10000;
 constexpr int kHeightStep = 500; // metres, of the top of the whole scale
-constexpr double kZoomStep = 1.5;
 constexpr double kPanStep = 0.25;
 
 QSharedPointer<QCPAxisTicker> logTicker()

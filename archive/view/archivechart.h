@@ -39,6 +39,7 @@ public:
     // Minutes later than this are not missing.
     void setNow(qint64 now);
     [[nodiscard]] qint64 cursorTime() const { return m_cursorTime; } // 0: none
+    static constexpr double kZoomStep = 1.5;                         // factor of one step
     void zoom(double factor);                                        // > 1: shorter range
     void pan(double part);                                           // of the range; > 0: later
     void setStyle(const ChartStyle &style);

@@ -26,7 +26,6 @@ constexpr QSize kPictureSize(1600, 900); // pixels at scale 1
 constexpr double kPictureRatio = 2;
 constexpr QSize kPageSize(1123, 794); // A4 landscape in units of 1/96 inch
 constexpr qsizetype kJournalRows = 1000;
-constexpr double kZoomStep = 1.5;
 
 } // namespace
 
@@ -99,9 +98,9 @@ void ArchiveWindow::createViewMenu()
     addCommand(menu, QStringLiteral("&Назад"), Qt::Key_PageUp, [this] { movePeriod(-1); });
     addCommand(menu, QStringLiteral("&Вперёд"), Qt::Key_PageDown, [this] { movePeriod(1); });
     addCommand(menu, QStringLiteral("&Крупнее"), QKeySequence::ZoomIn,
-        [this] { m_chart->zoom(kZoomStep); });
+        [this] { m_chart->zoom(ArchiveChart::kZoomStep); });
     addCommand(menu, QStringLiteral("&Мельче"), QKeySequence::ZoomOut,
-        [this] { m_chart->zoom(1 / kZoomStep); });
+        [this] { m_chart->zoom(1 / ArchiveChart::kZoomStep); });
     menu->addSeparator();
     addScale(menu, QStringLiteral("Шкала 0–3000 м"), Qt::CTRL | Qt::Key_7, HeightScale::Usual);
     addScale(menu, QStringLiteral("Вся шкала"), Qt::CTRL | Qt::Key_8, HeightScale::Whole);
