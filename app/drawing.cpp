@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "drawing.h"
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QQmlApplicationEngine>
@@ -8,14 +10,11 @@
 #include <QQuickWindow>
 #include <QSGTexture>
 #include <QSGTextureProvider>
-#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
 #include <array>
-#include <memory>
-#include <optional>
-#include <thread>
+#include <atomic>
 
 #ifdef __GLIBC__
 #include <malloc.h>
@@ -38,28 +37,55 @@ bool isDrawnByProcessor()
     return isSoftwareRenderer(reinterpret_cast<const char *>(name));
 }
 
-// Waits in the render thread.
-class FramePace
+// Holds back the window's requests for a frame until the interval has passed. The main thread does
+// not wait meanwhile, so that a reading that arrives is shown by the next frame.
+class FramePace : public QObject
 {
 public:
-    explicit FramePace(std::chrono::milliseconds interval)
-        : m_interval(interval)
-    { }
-
-    void waitAfterFrame()
+    FramePace(QQuickWindow &window, std::chrono::milliseconds interval)
+        : QObject(&window)
+        , m_interval(interval)
     {
-        if (!m_limited) {
-            m_limited = isDrawnByProcessor();
+        m_delay.setSingleShot(true);
+        m_delay.setTimerType(Qt::PreciseTimer);
+        connect(&m_delay, &QTimer::timeout, this, [this, &window] {
+            m_lastFrame = {};
+            QEvent request(QEvent::UpdateRequest);
+            QCoreApplication::sendEvent(&window, &request);
+        });
+        connect(
+            &window, &QQuickWindow::frameSwapped, this,
+            [this] {
+                if (!m_known) {
+                    m_limited = isDrawnByProcessor();
+                    m_known = true;
+                }
+            },
+            Qt::DirectConnection);
+        window.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::UpdateRequest && m_limited) {
+            const auto now = std::chrono::steady_clock::now();
+            if (now < m_lastFrame + m_interval) {
+                if (!m_delay.isActive()) {
+                    m_delay.start(std::chrono::ceil<std::chrono::milliseconds>(
+                        m_lastFrame + m_interval - now));
+                }
+                return true;
+            }
+            m_lastFrame = now;
         }
-        if (*m_limited) {
-            std::this_thread::sleep_until(m_lastFrame + m_interval);
-            m_lastFrame = std::chrono::steady_clock::now();
-        }
+        return QObject::eventFilter(watched, event);
     }
 
 private:
     std::chrono::milliseconds m_interval;
-    std::optional<bool> m_limited;
+    QTimer m_delay;
+    bool m_known = false;                // used in the render thread only
+    std::atomic<bool> m_limited = false; // set in the render thread
     std::chrono::steady_clock::time_point m_lastFrame;
 };
 
@@ -136,14 +162,7 @@ void drawChangesOnce(QQuickItem &layeredItem)
 
 void limitFrameRate(QQuickWindow &window, std::chrono::milliseconds interval)
 {
-    QObject::connect(
-        &window, &QQuickWindow::frameSwapped, &window,
-        [&window, pace = std::make_shared<FramePace>(interval)] {
-            if (QThread::currentThread() != window.thread()) {
-                pace->waitAfterFrame();
-            }
-        },
-        Qt::DirectConnection);
+    new FramePace(window, interval);
 }
 
 bool isSoftwareRenderer(const QByteArray &name)

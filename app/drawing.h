@@ -14,10 +14,10 @@ class QQuickWindow;
 namespace ork2 {
 
 // From one frame to the next of a window that the processor draws. Without a display's refresh
-// rate, animations would run at 60 frames per second; with half of them they look the same. The
-// hands of the clocks look the same with a third.
-inline constexpr std::chrono::milliseconds kFrameInterval{33};
-inline constexpr std::chrono::milliseconds kClockFrameInterval{50};
+// rate, animations would run at 60 frames per second; with 25 they look the same, and so do the
+// hands of the clocks with 18.
+inline constexpr std::chrono::milliseconds kFrameInterval{40};
+inline constexpr std::chrono::milliseconds kClockFrameInterval{55};
 
 // The windows of this process have no depth buffer, which would double the memory of each window
 // and each layer: items are drawn in the order in which they are stacked. To be called before the
@@ -34,9 +34,8 @@ void drawCheaply(const QQmlApplicationEngine &engine);
 // item whose layer is drawn by its window only, and not by an effect.
 void drawChangesOnce(QQuickItem &layeredItem);
 
-// Draws at most one frame per interval if the processor draws the window. The wait is in the render
-// thread, after a frame, so that the first frame after a pause is not delayed. Does nothing if the
-// window is drawn in the main thread.
+// Draws at most one frame per interval if the processor draws the window with OpenGL. The first
+// frame after a pause is not delayed.
 void limitFrameRate(QQuickWindow &window, std::chrono::milliseconds interval);
 
 // Whether an OpenGL renderer of this name (GL_RENDERER) is a program that runs on the processor.

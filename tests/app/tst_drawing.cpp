@@ -6,7 +6,9 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QQuickWindow>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <atomic>
 
@@ -20,6 +22,7 @@ private Q_SLOTS:
     void softwareRenderer_isKnownByName_data();
     void softwareRenderer_isKnownByName();
     void softwareRendering_continuousUpdates_keepTheInterval();
+    void softwareRendering_changeWithinTheInterval_isInTheNextFrame();
 };
 
 void tst_drawing::softwareRenderer_isKnownByName_data()
@@ -62,6 +65,31 @@ void tst_drawing::softwareRendering_continuousUpdates_keepTheInterval()
     QTRY_VERIFY_WITH_TIMEOUT(frames >= before + kFrames, kTimeoutMs);
     QVERIFY2(
         time.elapsed() >= (kFrames - 1) * kInterval.count(), QByteArray::number(time.elapsed()));
+}
+
+void tst_drawing::softwareRendering_changeWithinTheInterval_isInTheNextFrame()
+{
+    constexpr auto kInterval = 600ms;
+    QQuickWindow window;
+    ork2::limitFrameRate(window, kInterval);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window, kTimeoutMs));
+    QSignalSpy swapped(&window, &QQuickWindow::frameSwapped);
+    window.update();
+    QTRY_VERIFY_WITH_TIMEOUT(!swapped.isEmpty(), kTimeoutMs);
+
+    // Emitted when the main thread prepares a frame.
+    QSignalSpy prepared(&window, &QQuickWindow::afterAnimating);
+    window.update();
+    QTRY_VERIFY_WITH_TIMEOUT(!prepared.isEmpty(), kTimeoutMs);
+    bool changed = false;
+    bool shown = false;
+    connect(&window, &QQuickWindow::afterAnimating, this, [&] { shown = changed; });
+    prepared.clear();
+    window.update();
+    QTimer::singleShot(kInterval / 3, this, [&changed] { changed = true; });
+    QTRY_VERIFY_WITH_TIMEOUT(!prepared.isEmpty(), kTimeoutMs);
+    QVERIFY(shown);
 }
 
 int main(int argc, char *argv[])
