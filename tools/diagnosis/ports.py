@@ -81,7 +81,7 @@ def check_chosen(section, store, options, account, processes):
         section.problem("port-no-permission",
                         f"Открыть его нельзя: нет прав.{accounts.group_hint(account, port)}")
     elif not locked and all(holder.name == SIMULATOR for holder in holders):
-        if _tell_trial(section, port, simulated=bool(holders)) == errno.EBUSY:
+        if _tell_trial(section, port) == errno.EBUSY:
             return
     if not account.is_root:
         section.info("port-other-users",
@@ -140,20 +140,16 @@ def _try_to_open(port):
     return errno.EBUSY if exclusive[0] else 0
 
 
-def _tell_trial(section, port, simulated):
+def _tell_trial(section, port):
     """Returns the error number of the trial, or 0."""
     error = _try_to_open(port)
     if error == 0:
         section.ok("port-opens", "Открыть его можно.")
-    elif error == errno.EBUSY and simulated:
-        section.problem("port-reserved", "Открыть его нельзя: система считает его занятым. Терминал "
-                        "прервали (kill -9), и запрет для других программ остался. Перезапустите "
-                        f"имитатор {SIMULATOR}.")
     elif error == errno.EBUSY:
-        section.problem("port-reserved", "Открыть его нельзя: система считает его занятым, хотя "
-                        "программы, которая его открыла, не видно: она принадлежит другому "
-                        f"пользователю, или её прервали. Узнать, кто это: sudo fuser -v {port}. "
-                        "Если никто — выньте адаптер и вставьте его снова.")
+        section.problem("port-reserved", "Открыть его нельзя: система считает его занятым, но кем — не "
+                        "видно. Либо его открыла программа другого пользователя, либо терминал "
+                        f"прервали (kill -9). Узнать, кто держит порт: sudo fuser -v {port}. Если "
+                        "никто, выньте адаптер и вставьте его снова, а имитатор прибора перезапустите.")
     elif error in (errno.ENXIO, errno.EIO, errno.ENODEV):
         section.problem("port-dead", "Открыть его нельзя: устройство не отвечает. Выньте адаптер и "
                         "вставьте его снова, затем выполните sudo dmesg | tail.")
