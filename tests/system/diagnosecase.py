@@ -24,6 +24,9 @@ AS_ORDINARY = [] if os.geteuid() else [
     "setpriv", f"--reuid={NOBODY.pw_uid}", f"--regid={NOBODY.pw_gid}", "--clear-groups"]
 # Other terminals may run on this machine: only the processes of the test are visible to the script.
 # patch: Python statements that replace what the test cannot change, such as the groups of a user.
+# Other programs change the free space during the test.
+FREE_MIB = ("import shutil, types; data.shutil = types.SimpleNamespace(disk_usage=lambda path:"
+            " shutil._ntuple_diskusage(10**9, 10**9, {} * 2**20))")
 RUNNER = """
 import os, pathlib, sys
 sys.dont_write_bytecode = True
@@ -67,6 +70,8 @@ class DiagnoseCase(unittest.TestCase):
         self.keep(_COM="ttyUSB0", _NUM="17")
         self.environment = dict(os.environ, XDG_CONFIG_HOME=str(self.top / "config"),
                                 XDG_CONFIG_DIRS=str(self.top / "nowhere"))
+        # The script itself must prevent compiled files beside its modules.
+        self.environment.pop("PYTHONDONTWRITEBYTECODE", None)
 
     def settings_file(self, last_line):
         text = "\n\nBaudRate = 9600\nParity = 0\n" + last_line
