@@ -84,7 +84,7 @@ def _check_folder(section, terminal, options):
         folder = os.path.dirname(path)
         section.problem("terminal-of-another-folder",
                         f"Терминал (процесс {terminal.pid}) запущен из {folder}, а проверена "
-                        f"программа в {options.program}. Проверьте эту: --program {folder}")
+                        f"программа в {options.program}. Повторите проверку с параметром --program {folder}")
 
 
 def check_recorder(section, processes):

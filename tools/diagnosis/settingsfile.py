@@ -73,23 +73,23 @@ def _defect(lines, named):
     """Returns (code, cause, remedy), or None if the file names a folder in the right way."""
     last = lines[-1]
     wanted = next((line for line in reversed(lines) if line.strip().startswith(KEY)), "")
-    rule = f"Последней должна быть строка: {_corrected(wanted)}"
+    line = f"{_corrected(wanted)} — и откройте в программе окно «Параметры»."
     if not last.strip():
         return ("settings-file-empty-end", "в конце есть лишние пустые строки, и папка данных из него "
-                "не читается", f"Удалите их. {rule}")
+                "не читается", f"Удалите их, чтобы последней стала строка {line}")
     if wanted and last is not wanted and not last.strip().startswith(KEY):
         return ("settings-file-other-end", f"строка {KEY} — не последняя, а папка данных читается "
-                "только из последней", rule)
+                "только из последней", f"Перенесите её в конец: {line}")
     if '"' not in last:
         return ("settings-file-no-quotes", 'в последней строке нет прямых кавычек ("), и папка данных из '
-                "неё не читается", rule)
+                "неё не читается", f"Исправьте её так: {line}")
     if last.split('"')[1].startswith("~") and last.split('"')[1] != FACTORY_FOLDER:
         return ("settings-file-tilde", "папка данных начинается со знака ~, а такое имя не действует",
-                f"Напишите полный путь. {rule}")
+                f"Укажите полный путь, например: {line}")
     if not named.startswith(("/", PROGRAM_FOLDER_MARK)):
         return ("settings-file-relative", f"папка данных «{named}» названа не полным путём, и место "
                 "файлов зависит от того, откуда запущена программа",
-                f"Путь должен начинаться с косой черты. {rule}")
+                f"Укажите полный путь, он начинается с косой черты. Например: {line}")
     return None
 
 
