@@ -23,7 +23,8 @@ def main(arguments, script):
         if chosen.bundle:
             bundle.check_target(chosen.bundle)
         report, sources = diagnose(chosen)
-        print(report.json() if chosen.json else report.text(), end="", flush=True)
+        if not _print(report.json() if chosen.json else report.text(), name):
+            return FAILED
         if chosen.bundle:
             # The standard output contains only JSON if requested.
             bundle.offer(chosen, report, sources, sys.stderr if chosen.json else sys.stdout)
@@ -33,6 +34,17 @@ def main(arguments, script):
     except KeyboardInterrupt:
         return FAILED
     return PROBLEMS if report.problems else FINE
+
+
+def _print(text, name):
+    """Returns false if the standard output is a file on a full disk."""
+    try:
+        print(text, end="", flush=True)
+        return True
+    except OSError as error:
+        os.dup2(os.open(os.devnull, os.O_WRONLY), sys.stdout.fileno())  # Python writes again at the exit
+        print(f"{name}: результат не напечатан: {error.strerror}", file=sys.stderr)
+        return False
 
 
 def diagnose(chosen):

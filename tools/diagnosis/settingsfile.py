@@ -73,16 +73,16 @@ def _defect(lines, named):
     """Returns (code, cause, remedy), or None if the file names a folder in the right way."""
     last = lines[-1]
     wanted = next((line for line in reversed(lines) if line.strip().startswith(KEY)), "")
-    line = f"{_corrected(wanted)} — и откройте в программе окно «Параметры»."
+    line = f"{_corrected(wanted)}. Затем откройте в программе окно «Параметры»."
     if not last.strip():
         return ("settings-file-empty-end", "в конце есть лишние пустые строки, и папка данных из него "
-                "не читается", f"Удалите их, чтобы последней стала строка {line}")
+                "не читается", f"Удалите лишние строки, чтобы последней стала строка {line}")
     if wanted and last is not wanted and not last.strip().startswith(KEY):
         return ("settings-file-other-end", f"строка {KEY} — не последняя, а папка данных читается "
-                "только из последней", f"Перенесите её в конец: {line}")
+                "только из последней", f"Перенесите эту строку в конец файла: {line}")
     if '"' not in last:
         return ("settings-file-no-quotes", 'в последней строке нет прямых кавычек ("), и папка данных из '
-                "неё не читается", f"Исправьте её так: {line}")
+                "неё не читается", f"Исправьте последнюю строку: {line}")
     if last.split('"')[1].startswith("~") and last.split('"')[1] != FACTORY_FOLDER:
         return ("settings-file-tilde", "папка данных начинается со знака ~, а такое имя не действует",
                 f"Укажите полный путь, например: {line}")
