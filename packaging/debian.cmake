@@ -14,6 +14,11 @@ set(programs ork2-terminal ork2-simulator)
 if(EXISTS ${PROJECT_SOURCE_DIR}/tools/diagnose)
     install(PROGRAMS ${PROJECT_SOURCE_DIR}/tools/diagnose
         DESTINATION ${folder} RENAME ork2-diagnose)
+    foreach(module __init__ account bundle data files ini main options ports processes programs report
+            settingsfile store)
+        install(FILES ${PROJECT_SOURCE_DIR}/tools/diagnosis/${module}.py
+            DESTINATION ${folder}/diagnosis)
+    endforeach()
     list(APPEND programs ork2-diagnose)
 endif()
 
