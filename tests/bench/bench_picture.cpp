@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures the latency from the last byte of a reading on the line to the end of the frame that
-// shows it, while digits and dots are animated. Requires a display:
+// shows it: at the pace of the instrument, or, with --moving, faster, while the digits of the
+// reading before still move. Requires a display:
 //
-//   tests/with-display build/release/tests/bench/bench_picture
+//   tests/with-display build/release/tests/bench/bench_picture [--moving]
 #include "terminal.h"
 
 #include "framenumber.h"
@@ -27,9 +28,15 @@ namespace {
 
 constexpr int kSettleMs = 8000; // the animations of the start
 constexpr int kReadings = 100;
-// The digits are still moving when the next reading arrives.
-constexpr int kShortestPauseMs = 150;
-constexpr int kLongestPauseMs = 350;
+
+// From one reading to the next, ms; the random part avoids the pace of the frames.
+struct Pauses
+{
+    int shortest;
+    int longest;
+};
+constexpr Pauses kOfTheInstrument{950, 1050};
+constexpr Pauses kMoving{150, 350}; // the digits of the reading before still move
 
 using Clock = std::chrono::steady_clock;
 
@@ -43,6 +50,8 @@ int main(int argc, char *argv[])
     qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
     QApplication application(argc, argv);
+    const bool moving = application.arguments().contains(QStringLiteral("--moving"));
+    const Pauses pauses = moving ? kMoving : kOfTheInstrument;
     ork2::PseudoTerminal line;
     if (!line.open()) {
         std::fprintf(stderr, "No pseudo-terminal: %s\n", qPrintable(line.errorString()));
@@ -92,7 +101,7 @@ int main(int argc, char *argv[])
             QCoreApplication::quit();
             return;
         }
-        next.setInterval(QRandomGenerator::global()->bounded(kShortestPauseMs, kLongestPauseMs));
+        next.setInterval(QRandomGenerator::global()->bounded(pauses.shortest, pauses.longest));
         sent = Clock::now();
         state = State::OnTheLine;
         const QByteArray frame = frameNumber(static_cast<int>(milliseconds.size()));
