@@ -100,7 +100,7 @@ void Recorder::startUpload()
         tell(Priority::Notice,
             QStringLiteral("Передача на сервер возобновилась, отправлено: %1.").arg(sent));
     });
-    if (!m_uploader->start()) {
+    if (!m_uploader->openStore()) {
         tell(Priority::Error,
             QStringLiteral("Файл очереди на сервер %1 не открывается: %2.")
                 .arg(uploadStorePath(m_configuration), m_uploader->error()));
@@ -111,6 +111,29 @@ void Recorder::startUpload()
                 .arg(m_uploader->movedAside()));
     }
     m_station->setUploadTarget([this](const QVariantList &row) { upload(row); });
+    if (!m_endingUploader) {
+        m_uploader->startSending();
+    }
+}
+
+// Does not wait for the server: minutes are due meanwhile. The next uploader stores their rows, and
+// starts to send when this one has ended.
+void Recorder::endUpload()
+{
+    m_station->setUploadTarget({});
+    if (!m_uploader || m_endingUploader) {
+        m_uploader.reset(); // has not started to send
+        return;
+    }
+    m_endingUploader = std::move(m_uploader);
+    disconnect(m_endingUploader.get(), nullptr, this, nullptr);
+    connect(m_endingUploader.get(), &Uploader::ended, this, [this] {
+        m_endingUploader.release()->deleteLater();
+        if (m_uploader) {
+            m_uploader->startSending();
+        }
+    });
+    m_endingUploader->endSoon();
 }
 
 void Recorder::upload(const QVariantList &row)
@@ -145,10 +168,10 @@ void Recorder::reload()
         countDay();
     }
     const bool sameUpload = old.upload == m_configuration.upload
-        && old.server == m_configuration.server && old.place == m_configuration.place;
+        && old.server == m_configuration.server
+        && uploadStorePath(old) == uploadStorePath(m_configuration);
     if (!sameUpload) {
-        m_station->setUploadTarget({});
-        m_uploader.reset();
+        endUpload();
         if (m_configuration.upload) {
             startUpload();
         }
@@ -165,6 +188,7 @@ bool Recorder::end()
     const bool ended = m_station->end();
     m_station->setUploadTarget({});
     m_uploader.reset();
+    m_endingUploader.reset();
     tell(Priority::Info, QStringLiteral("Работа закончена."));
     return ended;
 }

@@ -38,8 +38,12 @@ public:
     bool end();
 
 private:
+    // Tests set the clock of the station.
+    friend class RecorderProbe;
+
     void connectStation();
     void startUpload();
+    void endUpload();
     void upload(const QVariantList &row);
     void reportStart() const;
     void lineBack(const QDateTime &since);
@@ -55,6 +59,8 @@ private:
     ServiceManager m_manager;
     std::unique_ptr<Station> m_station;
     std::unique_ptr<Uploader> m_uploader;
+    std::unique_ptr<Uploader>
+        m_endingUploader; // of the configuration before; m_uploader waits for it
     PortWatch m_portWatch;
     QTimer m_statusTimer;
     QTimer m_aliveTimer;

@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QUuid>
 
 namespace ork2 {
 
@@ -19,9 +20,9 @@ constexpr int kColumns = 6;
 
 } // namespace
 
-UploadStore::UploadStore(const QString &path, const QString &connection)
+UploadStore::UploadStore(const QString &path)
     : m_path(path)
-    , m_db(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection))
+    , m_db(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QUuid::createUuid().toString()))
 {
     m_db.setDatabaseName(path);
 }

@@ -21,8 +21,7 @@ struct StoredRow
 class UploadStore
 {
 public:
-    // connection: a name that no other object uses at the same time.
-    UploadStore(const QString &path, const QString &connection);
+    explicit UploadStore(const QString &path);
     ~UploadStore();
     Q_DISABLE_COPY_MOVE(UploadStore)
 
