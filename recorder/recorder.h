@@ -49,7 +49,7 @@ private:
     void lineBack(const QDateTime &since);
     void lineWritten();
     void lineNotWritten(const QDateTime &minute, const QString &cause);
-    bool countDay();
+    bool beginDay();
     void renewStatus();
     void aliveTick();
     [[nodiscard]] QString statusText() const;

@@ -59,7 +59,7 @@ QString UploadWorker::sendWaiting(qint64 &sent)
 {
     std::optional<StoredRow> row = m_store->firstAfter(m_sentUpTo);
     if (!row) {
-        return {};
+        return m_store->error();
     }
     databasesql connection(m_server);
     QString error;
@@ -73,10 +73,8 @@ QString UploadWorker::sendWaiting(qint64 &sent)
         }
         m_sentUpTo = row->id;
         ++sent;
-        if (!removeSent()) {
-            error = m_store->error();
-        }
-        row = m_store->firstAfter(m_sentUpTo);
+        row = removeSent() ? m_store->firstAfter(m_sentUpTo) : std::nullopt;
+        error = m_store->error();
     }
     connection.close();
     return error;

@@ -60,7 +60,7 @@ private Q_SLOTS:
 private:
     void configure(const QString &station, bool upload = true);
     void startRecorder();
-    void waitUntilTheServerHangs();
+    void waitUntilTheServerHangs(const QString &mode);
     void reload();
     void writeMinute(const QDateTime &minute);
     [[nodiscard]] QByteArrayList stations() const;
@@ -141,10 +141,14 @@ void tst_reload::writeMinute(const QDateTime &minute)
     QVERIFY2(clock.elapsed() < kMinuteLimitMs, qPrintable(QString::number(clock.elapsed())));
 }
 
-void tst_reload::waitUntilTheServerHangs()
+void tst_reload::waitUntilTheServerHangs(const QString &mode)
 {
     writeMinute(kMinute);
-    QTRY_VERIFY_WITH_TIMEOUT(m_server->count("connected") > 0, kTimeoutMs);
+    // The server looks at its mode again when the statement has arrived.
+    const auto hangs = [this, &mode] {
+        return m_server->count(mode == u"silent-statement" ? "call" : "connected") > 0;
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hangs(), kTimeoutMs);
 }
 
 void tst_reload::reload()
@@ -178,7 +182,7 @@ void tst_reload::serverHangs_minuteIsWrittenInTime()
     QFETCH(QString, mode);
     m_server = std::make_unique<TdsResponder>(mode);
     startRecorder();
-    waitUntilTheServerHangs();
+    waitUntilTheServerHangs(mode);
     configure(QStringLiteral("between"));
     reload();
     m_server->setMode(QStringLiteral("ok"));
@@ -195,7 +199,7 @@ void tst_reload::uploadOff_serverHangs_returnsAtOnce()
 {
     m_server = std::make_unique<TdsResponder>(QStringLiteral("silent-statement"));
     startRecorder();
-    waitUntilTheServerHangs();
+    waitUntilTheServerHangs(QStringLiteral("silent-statement"));
     configure(QStringLiteral("before"), false);
     reload();
     m_server->setMode(QStringLiteral("ok"));

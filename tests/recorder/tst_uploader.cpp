@@ -9,6 +9,8 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -63,6 +65,7 @@ private Q_SLOTS:
     void store_killedProcess_keepsItsRows();
     void store_damagedFile_isMovedAside();
     void store_folderMissing_isReported();
+    void store_unreadable_isReported();
     void row_isSentAtOnce();
     void serverAway_rowsArriveOnce_inOrder();
     void serverAwayForADay_allRowsArriveOnce();
@@ -195,6 +198,23 @@ void tst_uploader::store_folderMissing_isReported()
     QVERIFY(!store.open());
     QVERIFY(!store.error().isEmpty());
     QCOMPARE(store.movedAside(), QString());
+}
+
+void tst_uploader::store_unreadable_isReported()
+{
+    UploadStore store(path());
+    QVERIFY(store.open());
+    QVERIFY(!store.firstAfter(0));
+    QCOMPARE(store.error(), QString());
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), path());
+        other.setDatabaseName(path());
+        QVERIFY(other.open());
+        QSqlQuery(other).exec(QStringLiteral("DROP TABLE waiting"));
+    }
+    QSqlDatabase::removeDatabase(path());
+    QVERIFY(!store.firstAfter(0));
+    QVERIFY(!store.error().isEmpty());
 }
 
 void tst_uploader::row_isSentAtOnce()
