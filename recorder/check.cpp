@@ -84,10 +84,7 @@ void checkFolder(Report &report, const RecordingPlace &place)
     report.say(
         QStringLiteral("Раз в минуту строка пишется в файл %1<гггг.мм.дд>.txt.").arg(folder));
     // Like the file writer, which creates missing folders; here only their parent is tried.
-    QDir existing(folder);
-    while (!existing.exists() && !existing.isRoot()) {
-        existing.setPath(QFileInfo(existing.absolutePath()).path());
-    }
+    const QDir existing = nearestFolder(folder);
     QTemporaryFile trial(existing.absoluteFilePath(QStringLiteral(".ork2-check-XXXXXX")));
     if (trial.open() && trial.write("1") == 1 && trial.flush()) {
         report.say(QStringLiteral("Писать в папку %1 можно.").arg(existing.absolutePath()));

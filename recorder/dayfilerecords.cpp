@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "dayfilerecords.h"
 
+#include "dayfileformat.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -14,7 +16,7 @@ int recordsInDayFile(const QString &path)
     if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly)) {
         return 0;
     }
-    const auto lineBreaks = static_cast<int>(file.read(kMaxDayFileSize).count("\r\n"));
+    const auto lineBreaks = static_cast<int>(file.read(kMaxDayFileSize).count(kLineBreak.toUtf8()));
     return qMax(lineBreaks - kHeadingLineBreaks, 0);
 }
 

@@ -17,7 +17,7 @@ struct IniEntry
 struct IniContents
 {
     QList<IniEntry> entries; // in the order of the file
-    int wrongLine = 0;       // the first line that is neither of the known kinds; 0: none
+    int wrongLine = 0;       // the first line that is none of these kinds; 0: all are
 };
 
 // Reads "[section]", "key=value" and comments, lines that begin with '#' or ';'. Unlike QSettings,

@@ -8,8 +8,9 @@ class ComPort;
 
 namespace ork2 {
 
-// Calls the serial worker's slots in its thread and reports the results, which the worker itself
-// tells as texts only. Lives in the worker's thread; connect to it through queued connections.
+// Calls the serial worker's slots in its thread and reports the results, which the worker's own
+// signals contain only as texts. Lives in the worker's thread; connect to it through queued
+// connections.
 class PortCommands : public QObject
 {
     Q_OBJECT

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "portname.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 namespace ork2 {
@@ -17,18 +16,24 @@ QString portDevice(const QString &path)
     return device.isEmpty() ? path : device;
 }
 
+QDir nearestFolder(const QString &path)
+{
+    QDir folder = QFileInfo(path).dir();
+    while (!folder.exists() && !folder.isRoot()) {
+        folder.setPath(QFileInfo(folder.absolutePath()).path());
+    }
+    return folder;
+}
+
 QStringList foldersOnTheWay(const QString &path)
 {
     constexpr int kMaxLinks = 8; // links may form a circle
     QStringList folders;
     QString place = path;
     for (int link = 0; link < kMaxLinks; ++link) {
-        QDir folder = QFileInfo(place).dir();
-        while (!folder.exists() && !folder.isRoot()) {
-            folder.setPath(QFileInfo(folder.absolutePath()).path());
-        }
-        if (!folders.contains(folder.absolutePath())) {
-            folders << folder.absolutePath();
+        const QString folder = nearestFolder(place).absolutePath();
+        if (!folders.contains(folder)) {
+            folders << folder;
         }
         const QFileInfo info(place);
         if (!info.isSymLink()) {

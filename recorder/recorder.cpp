@@ -18,11 +18,6 @@ using journal::Priority;
 
 constexpr int kMsPerSecond = 1000;
 
-void tell(Priority priority, const QString &text)
-{
-    journal::write(priority, text);
-}
-
 } // namespace
 
 Recorder::Recorder(const Configuration &configuration, QString configurationFile, QObject *parent)
@@ -45,14 +40,15 @@ void Recorder::connectStation()
     connect(station, &Station::portOpened, this, [this](const QString &device) {
         if (!m_openReported) {
             m_openReported = true;
-            tell(Priority::Info, QStringLiteral("Порт открыт: %1. Жду измерений.").arg(device));
+            journal::write(
+                Priority::Info, QStringLiteral("Порт открыт: %1. Жду измерений.").arg(device));
         }
     });
     connect(station, &Station::lineLost, this, [this](const QString &cause) {
-        countDay();
+        beginDay();
         ++m_gapsToday;
         m_lineLost = true;
-        tell(Priority::Error,
+        journal::write(Priority::Error,
             QStringLiteral("Измерений нет: %1. Порт закрыт, буду открывать его снова.").arg(cause));
         renewStatus();
     });
@@ -64,7 +60,7 @@ void Recorder::connectStation()
 void Recorder::start()
 {
     reportStart();
-    countDay();
+    beginDay();
     if (m_configuration.upload) {
         startUpload();
     }
@@ -80,7 +76,7 @@ void Recorder::start()
 
 void Recorder::reportStart() const
 {
-    tell(Priority::Info,
+    journal::write(Priority::Info,
         QStringLiteral("Работаю: порт %1, файлы в папке %2, передача на сервер %3.")
             .arg(m_configuration.port, dayFileFolder(m_configuration.place),
                 m_configuration.upload ? QStringLiteral("включена") : QStringLiteral("выключена")));
@@ -91,26 +87,49 @@ void Recorder::startUpload()
     m_uploader =
         std::make_unique<Uploader>(m_configuration.server, uploadStorePath(m_configuration));
     connect(m_uploader.get(), &Uploader::stopped, this, [](const QString &cause, qint64 waiting) {
-        tell(Priority::Error,
+        journal::write(Priority::Error,
             QStringLiteral("Передача на сервер остановилась: %1. Ждут на диске: %2.")
                 .arg(cause)
                 .arg(waiting));
     });
     connect(m_uploader.get(), &Uploader::resumed, this, [](qint64 sent) {
-        tell(Priority::Notice,
+        journal::write(Priority::Notice,
             QStringLiteral("Передача на сервер возобновилась, отправлено: %1.").arg(sent));
     });
-    if (!m_uploader->start()) {
-        tell(Priority::Error,
+    if (!m_uploader->openStore()) {
+        journal::write(Priority::Error,
             QStringLiteral("Файл очереди на сервер %1 не открывается: %2.")
                 .arg(uploadStorePath(m_configuration), m_uploader->error()));
     }
     if (!m_uploader->movedAside().isEmpty()) {
-        tell(Priority::Error,
+        journal::write(Priority::Error,
             QStringLiteral("Файл очереди на сервер был повреждён и переименован в %1.")
                 .arg(m_uploader->movedAside()));
     }
     m_station->setUploadTarget([this](const QVariantList &row) { upload(row); });
+    if (!m_endingUploader) {
+        m_uploader->startSending();
+    }
+}
+
+// Does not wait for the server: minutes are due meanwhile. The next uploader stores their rows, and
+// starts to send when this one has ended.
+void Recorder::endUpload()
+{
+    m_station->setUploadTarget({});
+    if (!m_uploader || m_endingUploader) {
+        m_uploader.reset(); // has not started to send
+        return;
+    }
+    m_endingUploader = std::move(m_uploader);
+    disconnect(m_endingUploader.get(), nullptr, this, nullptr);
+    connect(m_endingUploader.get(), &Uploader::ended, this, [this] {
+        m_endingUploader.release()->deleteLater();
+        if (m_uploader) {
+            m_uploader->startSending();
+        }
+    });
+    m_endingUploader->endSoon();
 }
 
 void Recorder::upload(const QVariantList &row)
@@ -118,7 +137,7 @@ void Recorder::upload(const QVariantList &row)
     if (m_uploader->add(row)) {
         m_rowsMissed = 0;
     } else if (++m_rowsMissed == 1) {
-        tell(Priority::Error,
+        journal::write(Priority::Error,
             QStringLiteral("Строка не встала в очередь на сервер: %1.").arg(m_uploader->error()));
     }
 }
@@ -128,7 +147,8 @@ void Recorder::reload()
     m_manager.reloading();
     const ConfigurationResult result = readConfiguration(m_configurationFile);
     if (!result.configuration) {
-        tell(Priority::Error, QStringLiteral("Настройки остались прежними. %1").arg(result.error));
+        journal::write(
+            Priority::Error, QStringLiteral("Настройки остались прежними. %1").arg(result.error));
         m_manager.ready();
         return;
     }
@@ -142,13 +162,13 @@ void Recorder::reload()
     if (old.place != m_configuration.place) {
         m_station->setPlace(m_configuration.place);
         m_day = {};
-        countDay();
+        beginDay();
     }
     const bool sameUpload = old.upload == m_configuration.upload
-        && old.server == m_configuration.server && old.place == m_configuration.place;
+        && old.server == m_configuration.server
+        && uploadStorePath(old) == uploadStorePath(m_configuration);
     if (!sameUpload) {
-        m_station->setUploadTarget({});
-        m_uploader.reset();
+        endUpload();
         if (m_configuration.upload) {
             startUpload();
         }
@@ -165,7 +185,8 @@ bool Recorder::end()
     const bool ended = m_station->end();
     m_station->setUploadTarget({});
     m_uploader.reset();
-    tell(Priority::Info, QStringLiteral("Работа закончена."));
+    m_endingUploader.reset();
+    journal::write(Priority::Info, QStringLiteral("Работа закончена."));
     return ended;
 }
 
@@ -173,7 +194,7 @@ void Recorder::lineBack(const QDateTime &since)
 {
     const qint64 seconds = since.secsTo(m_station->lastReading()->at);
     const bool wasLost = std::exchange(m_lineLost, false);
-    tell(wasLost ? Priority::Notice : Priority::Info,
+    journal::write(wasLost ? Priority::Notice : Priority::Info,
         wasLost ? QStringLiteral("Измерения снова идут. Перерыв %1, с %2.")
                       .arg(durationText(seconds), since.toString(u"dd.MM.yyyy hh:mm:ss"))
                 : QStringLiteral("Измерения идут."));
@@ -182,11 +203,11 @@ void Recorder::lineBack(const QDateTime &since)
 
 void Recorder::lineWritten()
 {
-    if (!countDay()) { // the file already contains this line
+    if (!beginDay()) { // otherwise this line has been counted in the file
         ++m_linesToday;
     }
     if (m_linesMissed > 0) {
-        tell(Priority::Notice,
+        journal::write(Priority::Notice,
             QStringLiteral("Строки снова пишутся в файл. Не записано строк: %1.")
                 .arg(m_linesMissed));
         m_linesMissed = 0;
@@ -196,16 +217,16 @@ void Recorder::lineWritten()
 void Recorder::lineNotWritten(const QDateTime &minute, const QString &cause)
 {
     if (++m_linesMissed == 1) {
-        tell(Priority::Error,
+        journal::write(Priority::Error,
             QStringLiteral("Строка за %1 не записана в папку %2: %3.")
                 .arg(minute.toString(u"hh:mm"), dayFileFolder(m_configuration.place), cause));
     }
     renewStatus();
 }
 
-// Starts the counts of a new day; the file of today may have lines from before this start. Returns
-// false if the day is still the same.
-bool Recorder::countDay()
+// Starts the counts again if the date has changed; the file of the day may already have lines.
+// Returns whether it has.
+bool Recorder::beginDay()
 {
     const QDate today = QDate::currentDate();
     if (m_day == today) {
@@ -245,7 +266,7 @@ QString Recorder::statusText() const
 
 void Recorder::renewStatus()
 {
-    countDay();
+    beginDay();
     m_manager.status(statusText());
 }
 
@@ -257,7 +278,7 @@ void Recorder::aliveTick()
         m_manager.alive();
     } else if (!m_healthReported) {
         m_healthReported = true;
-        tell(Priority::Error,
+        journal::write(Priority::Error,
             QStringLiteral("Порт или диск не отвечает: жду, что система перезапустит службу."));
     }
 }

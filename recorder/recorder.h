@@ -38,14 +38,18 @@ public:
     bool end();
 
 private:
+    // Tests set the clock of the station.
+    friend class RecorderProbe;
+
     void connectStation();
     void startUpload();
+    void endUpload();
     void upload(const QVariantList &row);
     void reportStart() const;
     void lineBack(const QDateTime &since);
     void lineWritten();
     void lineNotWritten(const QDateTime &minute, const QString &cause);
-    bool countDay();
+    bool beginDay();
     void renewStatus();
     void aliveTick();
     [[nodiscard]] QString statusText() const;
@@ -55,6 +59,8 @@ private:
     ServiceManager m_manager;
     std::unique_ptr<Station> m_station;
     std::unique_ptr<Uploader> m_uploader;
+    std::unique_ptr<Uploader>
+        m_endingUploader; // of the configuration before; m_uploader waits for it
     PortWatch m_portWatch;
     QTimer m_statusTimer;
     QTimer m_aliveTimer;

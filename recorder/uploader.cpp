@@ -7,6 +7,15 @@
 
 namespace ork2 {
 
+namespace {
+
+bool isEnding()
+{
+    return QThread::currentThread()->isInterruptionRequested();
+}
+
+} // namespace
+
 UploadWorker::UploadWorker(DatabaseServer server, QString storePath)
     : m_server(std::move(server))
     , m_storePath(std::move(storePath))
@@ -19,7 +28,7 @@ UploadWorker::UploadWorker(DatabaseServer server, QString storePath)
 
 void UploadWorker::send()
 {
-    if (m_ending || m_retry.isActive()) {
+    if (m_retry.isActive()) {
         return; // the server was asked a moment ago
     }
     qint64 sent = 0;
@@ -30,7 +39,7 @@ void UploadWorker::send()
 bool UploadWorker::prepare()
 {
     if (m_store == nullptr) {
-        m_store = std::make_unique<UploadStore>(m_storePath, QStringLiteral("upload-reader"));
+        m_store = std::make_unique<UploadStore>(m_storePath);
         if (!m_store->open()) {
             return false;
         }
@@ -50,24 +59,22 @@ QString UploadWorker::sendWaiting(qint64 &sent)
 {
     std::optional<StoredRow> row = m_store->firstAfter(m_sentUpTo);
     if (!row) {
-        return {};
+        return m_store->error();
     }
     databasesql connection(m_server);
     QString error;
     if (!connection.open()) {
         error = connection.lastError();
     }
-    while (row && error.isEmpty() && !m_ending) {
+    while (row && error.isEmpty() && !isEnding()) {
         if (!connection.inserIntoTable(row->values)) {
             error = connection.lastError();
             break;
         }
         m_sentUpTo = row->id;
         ++sent;
-        if (!removeSent()) {
-            error = m_store->error();
-        }
-        row = m_store->firstAfter(m_sentUpTo);
+        row = removeSent() ? m_store->firstAfter(m_sentUpTo) : std::nullopt;
+        error = m_store->error();
     }
     connection.close();
     return error;
@@ -83,7 +90,7 @@ void UploadWorker::report(const QString &error, qint64 sent)
             m_sentSinceStop = 0;
             Q_EMIT stopped(error, m_store->count());
         }
-    } else if (m_stopped && !m_ending) {
+    } else if (m_stopped && !isEnding()) {
         m_stopped = false;
         Q_EMIT resumed(m_sentSinceStop);
     }
@@ -91,51 +98,60 @@ void UploadWorker::report(const QString &error, qint64 sent)
 
 Uploader::Uploader(const DatabaseServer &server, const QString &storePath, QObject *parent)
     : QObject(parent)
-    , m_store(storePath, QStringLiteral("upload-writer"))
+    , m_store(storePath)
     , m_worker(new UploadWorker(server, storePath))
 {
     m_worker->moveToThread(&m_thread);
     connect(&m_thread, &QThread::finished, m_worker, &QObject::deleteLater);
     connect(m_worker, &UploadWorker::stopped, this, &Uploader::stopped);
     connect(m_worker, &UploadWorker::resumed, this, &Uploader::resumed);
+    connect(&m_thread, &QThread::finished, this, &Uploader::ended);
+    m_thread.start();
 }
 
 Uploader::~Uploader()
 {
-    if (!m_thread.isRunning()) {
-        delete m_worker;
-        return;
-    }
-    m_worker->endSoon();
-    m_thread.quit();
+    endSoon();
     if (!m_thread.wait(kUploadEndMs)) {
         m_thread.terminate(); // the driver ignores its timeouts; the process ends anyway
         m_thread.wait();
     }
 }
 
-bool Uploader::start()
+bool Uploader::openStore()
 {
-    if (!m_store.open()) {
-        return false;
-    }
-    m_thread.start();
-    sendSoon(); // rows of an earlier process
-    return true;
+    m_storeIsOpen = m_storeIsOpen || m_store.open();
+    return m_storeIsOpen;
+}
+
+void Uploader::startSending()
+{
+    m_sending = true;
+    sendSoon();
+}
+
+void Uploader::endSoon()
+{
+    m_sending = false;
+    m_thread.requestInterruption();
+    m_thread.quit();
 }
 
 bool Uploader::add(const QVariantList &row)
 {
-    if ((!m_thread.isRunning() && !start()) || !m_store.append(row)) {
+    if (!openStore() || !m_store.append(row)) {
         return false;
     }
     sendSoon();
     return true;
 }
 
+// The worker must not open the file before it is known to be usable: a damaged one is renamed.
 void Uploader::sendSoon()
 {
-    QMetaObject::invokeMethod(m_worker, &UploadWorker::send);
+    if (m_sending && m_storeIsOpen) {
+        QMetaObject::invokeMethod(m_worker, &UploadWorker::send);
+    }
 }
 
 } // namespace ork2

@@ -9,13 +9,14 @@
 #include <QTimer>
 #include <QVariantList>
 
-#include <atomic>
 #include <memory>
 
 namespace ork2 {
 
 inline constexpr int kUploadRetryMs = 10000; // from a failed upload to the next attempt
-inline constexpr int kUploadEndMs = 12000;   // longer than the timeouts of the server together
+// Longer than the driver needs for a statement that the server does not answer: its timeout, and
+// the same again for cancelling the statement.
+inline constexpr int kUploadEndMs = 12000;
 
 // Sends the stored rows in their order, in the uploader's thread. A row is removed from the store
 // after the server has confirmed it and before the next one is sent. So a row is sent again only if
@@ -28,8 +29,8 @@ class UploadWorker : public QObject
 public:
     UploadWorker(DatabaseServer server, QString storePath);
 
-    void send();                        // all waiting rows; continues later if that fails
-    void endSoon() { m_ending = true; } // from any thread: ends after the current row
+    // All waiting rows, until the thread is interrupted; continues later if that fails.
+    void send();
 
 Q_SIGNALS:
     void stopped(const QString &cause, qint64 waiting); // once, until resumed() follows
@@ -48,11 +49,11 @@ private:
     bool m_stopped = false;
     qint64 m_sentSinceStop = 0;
     QTimer m_retry;
-    std::atomic_bool m_ending = false;
 };
 
-// Stores rows on the disk and sends them to the database server. Main thread; never waits for the
-// server. Rows that could not be sent wait in the file for this or a later process.
+// Stores rows on the disk and sends them to the database server. Main thread; only the destructor
+// waits for the server, if it is sending. Rows that could not be sent wait in the file for another
+// uploader of this or a later process.
 class Uploader : public QObject
 {
     Q_OBJECT
@@ -63,7 +64,12 @@ public:
     Q_DISABLE_COPY_MOVE(Uploader)
 
     // Returns false if the file of the waiting rows cannot be used; see error(). add() tries again.
-    [[nodiscard]] bool start();
+    [[nodiscard]] bool openStore();
+    // Starts to send the rows that wait in the file and those that are added. Only one uploader of
+    // a process may send at a time.
+    void startSending();
+    // Ends after the current row or its timeouts; ended() follows. Rows must no longer be added.
+    void endSoon();
     // Returns after the row is on the disk. Returns false if it could not be stored.
     [[nodiscard]] bool add(const QVariantList &row);
     [[nodiscard]] QString error() const { return m_store.error(); }
@@ -72,11 +78,14 @@ public:
 Q_SIGNALS:
     void stopped(const QString &cause, qint64 waiting);
     void resumed(qint64 sent);
+    void ended();
 
 private:
     void sendSoon();
 
     UploadStore m_store;
+    bool m_storeIsOpen = false;
+    bool m_sending = false;
     QThread m_thread;
     UploadWorker *m_worker = nullptr; // deleted by its thread
 };

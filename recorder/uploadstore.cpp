@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QUuid>
 
 namespace ork2 {
 
@@ -19,9 +20,9 @@ constexpr int kColumns = 6;
 
 } // namespace
 
-UploadStore::UploadStore(const QString &path, const QString &connection)
+UploadStore::UploadStore(const QString &path)
     : m_path(path)
-    , m_db(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection))
+    , m_db(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), QUuid::createUuid().toString()))
 {
     m_db.setDatabaseName(path);
 }
@@ -74,10 +75,11 @@ bool UploadStore::append(const QVariantList &row)
 std::optional<StoredRow> UploadStore::firstAfter(qint64 id)
 {
     QSqlQuery query(m_db);
-    query.prepare(QStringLiteral("SELECT id, date, time, unit, first, second, channel "
-                                 "FROM waiting WHERE id > ? ORDER BY id LIMIT 1"));
-    query.addBindValue(id);
-    if (!query.exec() || !query.next()) {
+    const bool done = run(query,
+        QStringLiteral("SELECT id, date, time, unit, first, second, channel "
+                       "FROM waiting WHERE id > ? ORDER BY id LIMIT 1"),
+        {id});
+    if (!done || !query.next()) {
         return std::nullopt;
     }
     StoredRow row{query.value(0).toLongLong(), {}};
@@ -101,6 +103,12 @@ qint64 UploadStore::count()
 bool UploadStore::run(const QString &statement, const QVariantList &values)
 {
     QSqlQuery query(m_db);
+    return run(query, statement, values);
+}
+
+bool UploadStore::run(QSqlQuery &query, const QString &statement, const QVariantList &values)
+{
+    m_error.clear();
     bool done = query.prepare(statement);
     for (const QVariant &value : values) {
         query.addBindValue(value);

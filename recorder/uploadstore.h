@@ -7,6 +7,8 @@
 
 #include <optional>
 
+class QSqlQuery;
+
 namespace ork2 {
 
 struct StoredRow
@@ -21,8 +23,7 @@ struct StoredRow
 class UploadStore
 {
 public:
-    // connection: a name that no other object uses at the same time.
-    UploadStore(const QString &path, const QString &connection);
+    explicit UploadStore(const QString &path);
     ~UploadStore();
     Q_DISABLE_COPY_MOVE(UploadStore)
 
@@ -33,16 +34,20 @@ public:
 
     // Row: date, time, unit number, two layers, channel. Returns false on failure; see error().
     [[nodiscard]] bool append(const QVariantList &row);
+    // Returns nothing if there is no such row, or on failure; then error() is not empty.
     [[nodiscard]] std::optional<StoredRow> firstAfter(qint64 id);
     // Removes the rows up to this one. Returns false on failure; see error().
     [[nodiscard]] bool removeUpTo(qint64 id);
     [[nodiscard]] qint64 count();
 
+    // What failed in the last call of open(), append(), firstAfter() or removeUpTo(); empty if it
+    // succeeded.
     [[nodiscard]] QString error() const { return m_error; }
 
 private:
     [[nodiscard]] bool openFile();
     [[nodiscard]] bool run(const QString &statement, const QVariantList &values = {});
+    [[nodiscard]] bool run(QSqlQuery &query, const QString &statement, const QVariantList &values);
 
     QString m_path;
     QSqlDatabase m_db;

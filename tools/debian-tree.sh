@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Functions for Debian trees in build/, sourced by tools/test-in-debian and tools/prove-package.
+# Functions for Debian trees in build/, sourced by tools/test-in-debian and by the scripts that prove
+# the packages.
 
 # in_own_namespace COMMAND ARGUMENT...: restarts the script with the given command in separate mount
 # and process namespaces. All mounts and processes end with the script, so no cleanup is needed.
@@ -79,3 +80,63 @@ enter() {
 
 # inside TREE USER COMMAND...: the same in a subshell.
 inside() { (enter "$@"); }
+
+fail() {
+    echo "$(basename "$0"): FAILED: $1" >&2
+    exit 1
+}
+passed() { echo "ok: $1"; }
+
+# this_release: prints the name of the release of this machine.
+this_release() { (. /etc/os-release && echo "${VERSION_CODENAME:-}"); }
+
+# newest_package NAME: prints the path of the newest package of this name in build/release.
+newest_package() {
+    find build/release -maxdepth 1 -name "$1_*.deb" -printf '%T@ %p\n' 2>/dev/null | sort -n \
+        | tail -n 1 | cut -d' ' -f2-
+}
+
+# proof_tree RELEASE NAME: creates a new minimal tree; sets $proof, the folder build/debian-RELEASE/NAME
+# for the logs, and $tree.
+proof_tree() {
+    base_tree "$1"
+    proof=$PWD/build/debian-$1/$2
+    tree=$proof/tree
+    rm -rf "$proof"
+    mkdir -p "$proof"
+    cp -a --reflink=auto "build/debian-$1/base" "$tree"
+    mount_tree "$1" "$tree"
+}
+
+# apt ARGUMENT...: runs apt-get in $tree; its output is written to a log in $proof.
+apt() { inside "$tree" root apt-get -y -q "$@" >>"$proof/apt.log" 2>&1 || fail "apt-get $*; see $proof/apt.log"; }
+
+# Lists paths, types, owners and modes in $tree, except for users' files and files that change by
+# themselves.
+list_files() {
+    chroot "$tree" find / -xdev \
+        \( -path /home -o -path /root -o -path /tmp -o -path /run -o -path /proc -o -path /dev \
+        -o -path /var/cache -o -path /var/log -o -path /var/lib/apt -o -path /var/lib/dpkg \) -prune \
+        -o -printf '%y %M %u:%g %p\n' | LC_ALL=C sort -k 4
+}
+
+# unpack_simulator TERMINAL-DEB: unpacks the simulated instrument to /opt/ork2-simulator in $tree,
+# without installing the package.
+unpack_simulator() {
+    dpkg-deb --fsys-tarfile "$1" \
+        | tar -x -C "$tree/opt" --strip-components 3 ./opt/ork2-terminal/ork2-simulator
+}
+
+# start_instrument SIMULATOR: starts this program of $tree; its port is /run/instrument, with the owner
+# and the mode of serial ports.
+start_instrument() {
+    inside "$tree" root "$1" --link /run/instrument >"$proof/simulator.log" 2>&1 &
+    for _ in $(seq 50); do
+        grep -q '^ready ' "$proof/simulator.log" && break
+        sleep 0.1
+    done
+    [ -L "$tree/run/instrument" ] || fail "the simulator does not start; see $proof/simulator.log"
+    port=$(readlink "$tree/run/instrument")
+    chroot "$tree" chgrp dialout "$port"
+    chroot "$tree" chmod 660 "$port"
+}

@@ -2,13 +2,15 @@
 // Rows that wait on the disk for the database server, and their upload through a real ODBC driver.
 #include "uploader.h"
 
-#include "odbcdriveralias.h"
 #include "tdsresponder.h"
+#include "testdriver.h"
 #include "timeout.h"
 
 #include <QElapsedTimer>
 #include <QFile>
 #include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -22,7 +24,6 @@ using ork2::UploadStore;
 namespace {
 
 constexpr int kDayRows = 1440;
-const QString kConnection = QStringLiteral("test");
 
 // The row of a minute of the day.
 QVariantList row(int minute)
@@ -64,6 +65,7 @@ private Q_SLOTS:
     void store_killedProcess_keepsItsRows();
     void store_damagedFile_isMovedAside();
     void store_folderMissing_isReported();
+    void store_unreadable_isReported();
     void row_isSentAtOnce();
     void serverAway_rowsArriveOnce_inOrder();
     void serverAwayForADay_allRowsArriveOnce();
@@ -71,6 +73,8 @@ private Q_SLOTS:
     void restart_sendsTheWaitingRows();
     void brokenConnection_losesNoRow();
     void lostConfirmation_repeatsOneRowAtMost();
+    void ending_doesNotWaitForTheServer();
+    void ending_leavesTheRestToTheNext();
 
 private:
     void serve(const QString &mode = QStringLiteral("ok"));
@@ -88,16 +92,7 @@ private:
 
 void tst_uploader::initTestCase()
 {
-    QVERIFY2(QFile::exists(QStringLiteral(TDS_DRIVER)), "The package tdsodbc is missing");
-    QFile drivers(m_drivers.filePath(QStringLiteral("odbcinst.ini")));
-    QVERIFY(drivers.open(QIODevice::WriteOnly));
-    drivers.write("[ODBC Driver 17 for SQL Server]\nDriver=" TDS_DRIVER "\n");
-    drivers.close();
-    qputenv("ODBCSYSINI", m_drivers.path().toUtf8());
-    qputenv("ODBCINI", m_drivers.filePath(QStringLiteral("odbc.ini")).toUtf8());
-    qputenv("FREETDSCONF", "/dev/null");
-    qputenv("TDSVER", "7.4"); // the driver would otherwise try old protocols first
-    ork2::registerOdbcDriverAlias();
+    QVERIFY2(ork2::useTestDriver(m_drivers.path()), "The package tdsodbc is missing");
 }
 
 void tst_uploader::init()
@@ -127,26 +122,27 @@ void tst_uploader::makeUploader()
         path());
     m_stopped = std::make_unique<QSignalSpy>(m_uploader.get(), &Uploader::stopped);
     m_resumed = std::make_unique<QSignalSpy>(m_uploader.get(), &Uploader::resumed);
-    QVERIFY2(m_uploader->start(), qPrintable(m_uploader->error()));
+    QVERIFY2(m_uploader->openStore(), qPrintable(m_uploader->error()));
+    m_uploader->startSending();
 }
 
 qint64 tst_uploader::waiting() const
 {
-    UploadStore store(path(), kConnection);
+    UploadStore store(path());
     return store.open() ? store.count() : -1;
 }
 
 void tst_uploader::store_returnsRowsInOrder_andRemembersThem()
 {
     {
-        UploadStore store(path(), kConnection);
+        UploadStore store(path());
         QVERIFY2(store.open(), qPrintable(store.error()));
         for (int minute = 0; minute < 3; ++minute) {
             QVERIFY2(store.append(row(minute)), qPrintable(store.error()));
         }
         QVERIFY(store.removeUpTo(store.firstAfter(0)->id));
     }
-    UploadStore store(path(), kConnection);
+    UploadStore store(path());
     QVERIFY(store.open());
     QCOMPARE(store.count(), 2);
     const auto first = store.firstAfter(0);
@@ -169,7 +165,7 @@ void tst_uploader::store_killedProcess_keepsItsRows()
     const pid_t child = ::fork();
     QVERIFY(child >= 0);
     if (child == 0) {
-        UploadStore store(path(), kConnection);
+        UploadStore store(path());
         if (store.open()) {
             for (int minute = 0; minute < 5; ++minute) {
                 (void)store.append(row(minute));
@@ -189,7 +185,7 @@ void tst_uploader::store_damagedFile_isMovedAside()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(QByteArray(10000, 'x'));
     file.close();
-    UploadStore store(path(), kConnection);
+    UploadStore store(path());
     QVERIFY2(store.open(), qPrintable(store.error()));
     QVERIFY(QFile::exists(store.movedAside()));
     QVERIFY(store.append(row(0)));
@@ -198,10 +194,27 @@ void tst_uploader::store_damagedFile_isMovedAside()
 
 void tst_uploader::store_folderMissing_isReported()
 {
-    UploadStore store(m_folder->filePath(QStringLiteral("absent/rows")), kConnection);
+    UploadStore store(m_folder->filePath(QStringLiteral("absent/rows")));
     QVERIFY(!store.open());
     QVERIFY(!store.error().isEmpty());
     QCOMPARE(store.movedAside(), QString());
+}
+
+void tst_uploader::store_unreadable_isReported()
+{
+    UploadStore store(path());
+    QVERIFY(store.open());
+    QVERIFY(!store.firstAfter(0));
+    QCOMPARE(store.error(), QString());
+    {
+        QSqlDatabase other = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), path());
+        other.setDatabaseName(path());
+        QVERIFY(other.open());
+        QSqlQuery(other).exec(QStringLiteral("DROP TABLE waiting"));
+    }
+    QSqlDatabase::removeDatabase(path());
+    QVERIFY(!store.firstAfter(0));
+    QVERIFY(!store.error().isEmpty());
 }
 
 void tst_uploader::row_isSentAtOnce()
@@ -309,6 +322,43 @@ void tst_uploader::lostConfirmation_repeatsOneRowAtMost()
     m_server->setMode(QStringLiteral("ok"));
     QTRY_COMPARE_WITH_TIMEOUT(m_resumed->count(), 1, kTimeoutMs);
     QCOMPARE(m_server->rows(), stored(0, 1) + stored(0, 3));
+}
+
+void tst_uploader::ending_doesNotWaitForTheServer()
+{
+    serve(QStringLiteral("silent-statement"));
+    makeUploader();
+    QSignalSpy ended(m_uploader.get(), &Uploader::ended);
+    QVERIFY(m_uploader->add(row(0)));
+    QTRY_COMPARE_WITH_TIMEOUT(m_server->count("login"), 1, kTimeoutMs);
+    QElapsedTimer clock;
+    clock.start();
+    m_uploader->endSoon();
+    QVERIFY2(clock.elapsed() < 1000, qPrintable(QString::number(clock.elapsed())));
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, kTimeoutMs);
+    qInfo("ended after %lld ms", clock.elapsed());
+    QCOMPARE(waiting(), 1);
+}
+
+void tst_uploader::ending_leavesTheRestToTheNext()
+{
+    {
+        UploadStore store(path());
+        QVERIFY(store.open());
+        for (int minute = 0; minute < kDayRows; ++minute) {
+            QVERIFY(store.append(row(minute)));
+        }
+    }
+    serve();
+    makeUploader();
+    QSignalSpy ended(m_uploader.get(), &Uploader::ended);
+    QTRY_VERIFY_WITH_TIMEOUT(m_server->count("inserted") > 0, kTimeoutMs);
+    m_uploader->endSoon();
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, kTimeoutMs);
+    QVERIFY(waiting() > 0);
+    makeUploader();
+    QTRY_COMPARE_WITH_TIMEOUT(waiting(), 0, kTimeoutMs);
+    QCOMPARE(m_server->rows(), stored(0, kDayRows));
 }
 
 QTEST_GUILESS_MAIN(tst_uploader)
