@@ -36,11 +36,12 @@ ork2_install_archive(FILES debian/copyright DESTINATION ${archive_documents})
 ork2_install_archive(FILES debian-archive/lintian-overrides
     DESTINATION usr/share/lintian/overrides RENAME ork2-archive)
 ork2_install_archive(FILES ork2-archive.desktop DESTINATION usr/share/applications)
+ork2_install_archive(FILES ru.kastor.ork2_archive.metainfo.xml DESTINATION usr/share/metainfo)
 foreach(side 16 24 32 48 64 128 256 512)
-    ork2_install_archive(FILES icons/${side}.png
+    ork2_install_archive(FILES icons/archive/${side}.png
         DESTINATION usr/share/icons/hicolor/${side}x${side}/apps RENAME ork2-archive.png)
 endforeach()
-ork2_install_archive(FILES ${PROJECT_SOURCE_DIR}/art/icon.svg
+ork2_install_archive(FILES ${PROJECT_SOURCE_DIR}/art/archive-icon.svg
     DESTINATION usr/share/icons/hicolor/scalable/apps RENAME ork2-archive.svg)
 get_directory_property(archive_compressed ork2_archive_compressed)
 add_custom_target(ork2_archive_compressed ALL DEPENDS ${archive_compressed})
