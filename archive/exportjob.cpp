@@ -6,17 +6,13 @@
 #include "csvexport.h"
 #include "dayreader.h"
 #include "rangetexts.h"
+#include "savefile.h"
 
-#include <QSaveFile>
 #include <QTextStream>
 
 namespace ork2 {
 
 namespace {
-
-constexpr QSize kPictureSize(1600, 900); // pixels at scale 1
-constexpr double kPictureRatio = 2;
-constexpr QSize kPageSize(1123, 794); // A4 landscape in units of 1/96 inch
 
 int failed(const QString &text, int code = kExitFailure)
 {
@@ -73,31 +69,25 @@ void listProblems(const History &history)
     }
 }
 
-// Returns an error message, empty on success.
-QString writeCsvFile(const QString &fileName, const History &history, const QTimeZone &zone)
+bool writeCsvOfDays(QIODevice &device, const History &history, const QTimeZone &zone)
 {
-    QSaveFile file(fileName);
-    const bool written = file.open(QIODevice::WriteOnly)
-        && writeCsv(file, history, std::numeric_limits<qint64>::min(),
-            std::numeric_limits<qint64>::max(), zone)
-        && file.commit();
-    return written ? QString() : file.errorString();
+    return writeCsv(device, history, std::numeric_limits<qint64>::min(),
+        std::numeric_limits<qint64>::max(), zone);
 }
 
+// Returns an error message, empty on success.
 QString writePicture(const QString &fileName, const History &history, int unit, QDate from,
     QDate to, const QTimeZone &zone)
 {
     ArchiveChart chart(zone);
-    chart.resize(kPictureSize);
     chart.setHistory(history);
     chart.setNow(QDateTime::currentSecsSinceEpoch());
     chart.setRange(from.startOfDay(zone).toSecsSinceEpoch(),
         to.addDays(1).startOfDay(zone).toSecsSinceEpoch());
     chart.setTitle(chartTitle(unit, from, to));
-    const bool saved = fileName.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive)
-        ? chart.saveAsPdf(fileName, kPageSize)
-        : chart.saveAsPng(fileName, kPictureSize, kPictureRatio);
-    return saved ? QString() : QStringLiteral("файл не записывается");
+    const bool isPdf = fileName.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive);
+    return saveFile(fileName,
+        [&](QIODevice &device) { return isPdf ? chart.writePdf(device) : chart.writePng(device); });
 }
 
 } // namespace
@@ -112,6 +102,9 @@ int runExport(const CommandLine &line)
     if (instrument == nullptr) {
         return archive.instruments.size() > 1 && !line.unit ? kExitUsage : kExitFailure;
     }
+    if (!instrument->error.isEmpty()) {
+        return failed(instrument->error);
+    }
     if (instrument->days.isEmpty()) {
         return failed(QStringLiteral("В папке «%1» нет суточных файлов").arg(instrument->folder));
     }
@@ -124,7 +117,8 @@ int runExport(const CommandLine &line)
     const History history = readDays(*instrument, from, to, zone);
     listProblems(history);
     const QString error = line.exportFile.endsWith(QStringLiteral(".csv"), Qt::CaseInsensitive)
-        ? writeCsvFile(line.exportFile, history, zone)
+        ? saveFile(line.exportFile,
+            [&](QIODevice &device) { return writeCsvOfDays(device, history, zone); })
         : writePicture(line.exportFile, history, instrument->unit, from, to, zone);
     return error.isEmpty() ? kExitSuccess
                            : failed(QStringLiteral("%1: %2").arg(line.exportFile, error));

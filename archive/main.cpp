@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QIcon>
 #include <QTextStream>
 
 namespace {
@@ -49,6 +50,7 @@ int main(int argc, char *argv[])
         return ork2::runExport(line);
     }
     QGuiApplication::setDesktopFileName(QStringLiteral("ork2-archive"));
+    QGuiApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("ork2-archive")));
     ork2::ArchiveWindow window(QTimeZone::systemTimeZone());
     window.start(line.folder);
     window.show();

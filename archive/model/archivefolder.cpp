@@ -23,9 +23,18 @@ int unitOfFolder(const QString &name)
     return isNumber && unit >= 0 ? unit : -1;
 }
 
+// Returns an error message for the user, empty if the folder can be read.
+QString accessError(const QString &folder)
+{
+    const QFileInfo info(folder);
+    return info.isReadable() && info.isExecutable()
+        ? QString()
+        : QStringLiteral("Нет права на чтение папки «%1».").arg(folder);
+}
+
 Instrument instrumentIn(const QString &folder, int unit)
 {
-    Instrument instrument{unit, folder + u'/', {}};
+    Instrument instrument{unit, folder + u'/', {}, accessError(folder)};
     QDirIterator files(folder, QDir::Files | QDir::System);
     while (files.hasNext()) {
         files.next();
@@ -89,8 +98,8 @@ ArchiveFolder openArchiveFolder(const QString &path)
         archive.error = QStringLiteral("Папки «%1» нет.").arg(archive.path);
         return archive;
     }
-    if (!QFileInfo(archive.path).isReadable() || !QFileInfo(archive.path).isExecutable()) {
-        archive.error = QStringLiteral("Нет права на чтение папки «%1».").arg(archive.path);
+    archive.error = accessError(archive.path);
+    if (!archive.error.isEmpty()) {
         return archive;
     }
     archive.instruments = instrumentsIn(archive.path);

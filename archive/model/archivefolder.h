@@ -15,6 +15,7 @@ struct Instrument
     int unit = 0;
     QString folder; // with a trailing slash
     QList<QDate> days;
+    QString error; // for the user; empty if the folder can be read
 
     [[nodiscard]] QString dayFile(QDate date) const;
 };

@@ -44,6 +44,8 @@ struct Day
     std::vector<Sample> samples;      // in the order of their times
     std::vector<DayProblem> problems; // the first kMaxListedProblems
     qint64 problemCount = 0;
+
+    [[nodiscard]] bool isRead() const { return size >= 0; }
 };
 
 inline constexpr qint64 kMaxListedProblems = 1000; // for each file

@@ -19,6 +19,28 @@ bool isUnchanged(const DayPointer &day, const QString &path)
     return info.isFile() && day->size == info.size() && day->modified == info.lastModified();
 }
 
+// The last line of yesterday may be written after midnight.
+std::vector<DayPointer> readChanged(
+    const Instrument &instrument, const History &known, QDate today, const QTimeZone &zone)
+{
+    QList<QDate> dates{today.addDays(-1), today};
+    for (const DayPointer &day : known.days()) {
+        if (!day->isRead() && !dates.contains(day->date)) {
+            dates.append(day->date);
+        }
+    }
+    std::vector<DayPointer> changed;
+    for (const QDate date : std::as_const(dates)) {
+        const QString path = instrument.dayFile(date);
+        const DayPointer day = known.day(date);
+        const QFileInfo info(path);
+        if (info.isFile() && info.isReadable() && !isUnchanged(day, path)) {
+            changed.push_back(readDay(path, date, instrument.unit, zone));
+        }
+    }
+    return changed;
+}
+
 } // namespace
 
 HistoryLoader::HistoryLoader(const QTimeZone &zone, QObject *parent)
@@ -28,7 +50,7 @@ HistoryLoader::HistoryLoader(const QTimeZone &zone, QObject *parent)
 {
     m_thread.setMaxThreadCount(1);
     m_followTimer->setInterval(kFollowMs);
-    connect(m_followTimer, &QTimer::timeout, this, &HistoryLoader::checkToday);
+    connect(m_followTimer, &QTimer::timeout, this, &HistoryLoader::check);
 }
 
 HistoryLoader::~HistoryLoader()
@@ -67,37 +89,28 @@ void HistoryLoader::load(const Instrument &instrument, QDate first, QDate last)
                 m_cancel.reset();
                 m_history = history;
                 Q_EMIT loaded();
+                m_followTimer->start();
             }
         });
     });
 }
 
-void HistoryLoader::setFollowing(bool following)
+void HistoryLoader::check()
 {
-    if (following) {
-        m_followTimer->start();
-        checkToday();
-    } else {
-        m_followTimer->stop();
-    }
-}
-
-void HistoryLoader::checkToday()
-{
-    const QDate today = QDateTime::currentDateTime().toTimeZone(m_zone).date();
-    const QString path = m_instrument.dayFile(today);
-    if (m_readingToday || m_cancel || m_instrument.folder.isEmpty() || !QFileInfo(path).isFile()
-        || isUnchanged(m_history.day(today), path)) {
+    if (m_checking || m_cancel) {
         return;
     }
-    m_readingToday = true;
-    m_thread.start([this, path, today, unit = m_instrument.unit] {
-        const DayPointer day = readDay(path, today, unit, m_zone);
-        QMetaObject::invokeMethod(this, [this, day] {
-            m_readingToday = false;
-            if (day->path == m_instrument.dayFile(day->date)) {
-                m_history.set(day);
-                Q_EMIT dayLoaded(day->date);
+    m_checking = true;
+    const QDate today = QDateTime::currentDateTime().toTimeZone(m_zone).date();
+    m_thread.start([this, today, instrument = m_instrument, known = m_history] {
+        const std::vector<DayPointer> days = readChanged(instrument, known, today, m_zone);
+        QMetaObject::invokeMethod(this, [this, days] {
+            m_checking = false;
+            for (const DayPointer &day : days) {
+                if (day->path == m_instrument.dayFile(day->date)) {
+                    m_history.set(day);
+                    Q_EMIT dayLoaded(day->date);
+                }
             }
         });
     });

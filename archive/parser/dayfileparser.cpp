@@ -26,6 +26,12 @@ const QByteArray &utf8TimeHeading()
     return text;
 }
 
+const QByteArray &utf8Dashes()
+{
+    static const QByteArray text = kNoValueDashes.toUtf8();
+    return text;
+}
+
 constexpr bool isLineEnd(char c)
 {
     return c == '\n' || c == '\r';
@@ -61,7 +67,7 @@ LayerValue layerValue(QByteArrayView field)
     if (field.size() != kHeightDigits) {
         return {};
     }
-    if (field == QByteArrayView("----")) {
+    if (field == utf8Dashes()) {
         return LayerValue::noCloud();
     }
     const int thousands = twoDigits(field.data());

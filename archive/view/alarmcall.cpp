@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QFileInfo>
 #include <QTimer>
 #include <QVariantMap>
@@ -21,12 +22,8 @@ bool hasSessionBus()
         || QFileInfo::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + QStringLiteral("/bus"));
 }
 
-// Returns without waiting for an answer: a missing service must not stop the window.
-void notify(const QString &title, const QString &text)
+QDBusMessage notification(const QString &title, const QString &text)
 {
-    if (!hasSessionBus()) {
-        return;
-    }
     QDBusMessage message = QDBusMessage::createMethodCall(kService,
         QStringLiteral("/org/freedesktop/Notifications"), kService, QStringLiteral("Notify"));
     constexpr uchar kCritical = 2;
@@ -34,7 +31,7 @@ void notify(const QString &title, const QString &text)
         {QStringLiteral("sound-name"), QStringLiteral("alarm-clock-elapsed")}};
     message << QStringLiteral("ork2-archive") << 0U << QStringLiteral("ork2-archive") << title
             << text << QStringList() << hints << 0;
-    QDBusConnection::sessionBus().send(message);
+    return message;
 }
 
 } // namespace
@@ -47,10 +44,33 @@ AlarmCall::AlarmCall(QObject *parent)
     connect(m_sound, &QTimer::timeout, this, &QApplication::beep);
 }
 
-void AlarmCall::start(const QString &title, const QString &text)
+void AlarmCall::notify(const QString &title, const QString &text)
+{
+    const QString failed =
+        QStringLiteral("Уведомление на рабочем столе не показано: нет службы уведомлений.");
+    if (!hasSessionBus() || !QDBusConnection::sessionBus().isConnected()) {
+        Q_EMIT notificationFailed(failed);
+        return;
+    }
+    auto *call = new QDBusPendingCallWatcher(
+        QDBusConnection::sessionBus().asyncCall(notification(title, text)), this);
+    connect(call, &QDBusPendingCallWatcher::finished, this, [this, call, failed] {
+        if (call->isError()) {
+            Q_EMIT notificationFailed(failed);
+        }
+        call->deleteLater();
+    });
+}
+
+void AlarmCall::callOnce(const QString &title, const QString &text)
 {
     notify(title, text);
     QApplication::beep();
+}
+
+void AlarmCall::start(const QString &title, const QString &text)
+{
+    callOnce(title, text);
     m_sound->start();
 }
 

@@ -6,6 +6,8 @@
 #include "layerplottable.h"
 #include "timeticker.h"
 
+#include <QPdfWriter>
+
 namespace ork2 {
 
 namespace {
@@ -17,8 +19,10 @@ constexpr int kLabelWidth = 85;   // pixels between the labels of the time axis
 constexpr double kLogLowest = 10; // metres
 constexpr double kLogHighest = 10000;
 constexpr int kHeightStep = 500; // metres, of the top of the whole scale
-constexpr double kZoomStep = 1.5;
 constexpr double kPanStep = 0.25;
+constexpr QSize kPictureSize(1600, 900); // pixels at scale 1
+constexpr double kPictureRatio = 2;
+constexpr QMarginsF kPageMargins(10, 10, 10, 10); // millimetres
 
 QSharedPointer<QCPAxisTicker> logTicker()
 {
@@ -37,7 +41,9 @@ ArchiveChart::ArchiveChart(const QTimeZone &zone, QWidget *parent)
     : QCustomPlot(parent)
     , m_zone(zone)
 {
-    setLocale(QLocale(QLocale::Russian));
+    QLocale russian(QLocale::Russian);
+    russian.setNumberOptions(QLocale::OmitGroupSeparator);
+    setLocale(russian);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setAccessibleName(QStringLiteral("График высоты облаков"));
@@ -296,47 +302,54 @@ template <typename Function> void ArchiveChart::exported(Function function)
         line->setVisible(false);
     }
     setStyle(ChartStyle::paper());
-    m_first->setEveryMark(true);
-    m_second->setEveryMark(true);
+    m_first->setAlwaysMarks(true);
+    m_second->setAlwaysMarks(true);
     function();
-    m_first->setEveryMark(false);
-    m_second->setEveryMark(false);
+    m_first->setAlwaysMarks(false);
+    m_second->setAlwaysMarks(false);
     setStyle(ChartStyle::fromPalette(palette()));
     for (QCPItemStraightLine *line : {m_cursor, m_bandCursor}) {
         line->setVisible(cursorShown);
     }
 }
 
-bool ArchiveChart::saveAsPng(const QString &fileName, QSize size, double pixelRatio)
+bool ArchiveChart::writePng(QIODevice &device)
 {
-    bool saved = false;
-    exported([&] { saved = savePng(fileName, size.width(), size.height(), pixelRatio); });
-    return saved;
+    QPixmap picture;
+    exported(
+        [&] { picture = toPixmap(kPictureSize.width(), kPictureSize.height(), kPictureRatio); });
+    return picture.save(&device, "PNG");
 }
 
-bool ArchiveChart::saveAsPdf(const QString &fileName, QSize size)
+bool ArchiveChart::writePdf(QIODevice &device)
 {
-    bool saved = false;
-    exported([&] {
-        saved = savePdf(fileName, size.width(), size.height(), QCP::epNoCosmetic,
-            QStringLiteral("Архив ОРК-2"), m_title->text());
-    });
-    return saved;
+    QPdfWriter page(&device);
+    page.setPageSize(QPageSize(QPageSize::A4));
+    page.setPageOrientation(QPageLayout::Landscape);
+    page.setPageMargins(kPageMargins, QPageLayout::Millimeter);
+    page.setCreator(QStringLiteral("Архив ОРК-2"));
+    page.setTitle(m_title->text());
+    return print(page);
 }
 
-void ArchiveChart::print(QPrinter &printer)
+bool ArchiveChart::print(QPagedPaintDevice &page)
 {
+    QCPPainter painter;
+    if (!painter.begin(&page)) {
+        return false;
+    }
     exported([&] {
-        QCPPainter painter(&printer);
-        const QRectF page = printer.pageRect(QPrinter::DevicePixel);
         // The chart is laid out in units of 1/96 inch.
-        const double scale = printer.resolution() / 96.0;
+        const int resolution = page.logicalDpiX();
+        const QSize size = page.pageLayout().paintRectPixels(resolution).size();
+        const double scale = resolution / 96.0;
         painter.setMode(QCPPainter::pmVectorized);
         painter.setMode(QCPPainter::pmNoCaching);
         painter.scale(scale, scale);
-        toPainter(&painter, static_cast<int>(page.width() / scale),
-            static_cast<int>(page.height() / scale));
+        toPainter(&painter, static_cast<int>(size.width() / scale),
+            static_cast<int>(size.height() / scale));
     });
+    return painter.end();
 }
 
 void ArchiveChart::moveCursor(qint64 time)

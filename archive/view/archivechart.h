@@ -14,7 +14,8 @@ class LayerPlottable;
 
 enum class HeightScale { Usual, Whole, Logarithmic };
 
-inline constexpr int kUsualHeight = 3000;                     // metres, top of the usual scale
+inline constexpr int kUsualHeight = 3000; // metres, top of the usual scale
+inline constexpr double kZoomStep = 1.5;
 inline constexpr qint64 kShortestRange = 600;                 // seconds
 inline constexpr qint64 kLongestRange = 400 * kSecondsPerDay; // seconds
 
@@ -43,10 +44,11 @@ public:
     void pan(double part);                                           // of the range; > 0: later
     void setStyle(const ChartStyle &style);
 
-    // Draw all marks, black on white. Return false if the file cannot be written.
-    [[nodiscard]] bool saveAsPng(const QString &fileName, QSize size, double pixelRatio);
-    [[nodiscard]] bool saveAsPdf(const QString &fileName, QSize size);
-    void print(QPrinter &printer);
+    // Draw marks, black on white, without the cursor. Return false if the device reports an error.
+    [[nodiscard]] bool writePng(QIODevice &device);
+    [[nodiscard]] bool writePdf(QIODevice &device);
+    // A page of a printer or document.
+    [[nodiscard]] bool print(QPagedPaintDevice &page);
 
 Q_SIGNALS:
     void rangeChanged(qint64 from, qint64 to);

@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
+#include <QScreen>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
@@ -67,6 +68,22 @@ QString channelText(RecordChannel channel)
     return QStringLiteral("не читается");
 }
 
+// A long text is cut off and does not make the window wider than the screen.
+void allowNarrow(QLabel *label)
+{
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+}
+
+// The values of both layers; a code of both is named once.
+QString valuesText(const Sample &sample)
+{
+    if (sample.first.isCode() && sample.first == sample.second) {
+        return QStringLiteral("оба слоя: <b>%1</b>").arg(valueText(sample.first));
+    }
+    return QStringLiteral("первый слой: <b>%1</b>&nbsp;&nbsp; второй слой: <b>%2</b>")
+        .arg(valueText(sample.first), valueText(sample.second));
+}
+
 } // namespace
 
 ArchiveWindow::ArchiveWindow(const QTimeZone &zone, QWidget *parent)
@@ -80,7 +97,7 @@ ArchiveWindow::ArchiveWindow(const QTimeZone &zone, QWidget *parent)
     setWindowTitle(QStringLiteral("Архив ОРК-2"));
     setAcceptDrops(true);
     setContextMenuPolicy(Qt::NoContextMenu);
-    resize(kInitialSize);
+    resize(kInitialSize.boundedTo(screen()->availableSize()));
     createWidgets();
     createFileMenu();
     createViewMenu();
@@ -99,10 +116,12 @@ void ArchiveWindow::createWidgets()
     m_banner = new WatchBanner;
     m_readout = new QLabel;
     m_readout->setMargin(6);
+    allowNarrow(m_readout);
     m_chart = new ArchiveChart(m_zone);
     m_report = new ReportPanel(m_zone);
     m_message = new QLabel;
     m_message->setTextFormat(Qt::PlainText);
+    allowNarrow(m_message);
     m_problems = new QPushButton;
     m_problems->setFlat(true);
     m_problems->hide();
@@ -139,7 +158,7 @@ void ArchiveWindow::connectWidgets()
     m_updateTimer->setInterval(kUpdateDelayMs);
     m_clockTimer->setInterval(kClockMs);
     connect(m_updateTimer, &QTimer::timeout, this, &ArchiveWindow::updateRange);
-    connect(m_clockTimer, &QTimer::timeout, this, &ArchiveWindow::checkMidnight);
+    connect(m_clockTimer, &QTimer::timeout, this, &ArchiveWindow::checkClock);
     connect(m_units, &QComboBox::activated, this,
         [this](int index) { selectUnit(m_units->itemData(index).toInt()); });
     connect(m_calendar, &QCalendarWidget::clicked, this, &ArchiveWindow::showDate);
@@ -172,7 +191,8 @@ void ArchiveWindow::connectWidgets()
             m_banner->show(text, silence);
         }
     });
-    connect(&m_watch, &WatchKeeper::journalFailed, m_message, &QLabel::setText);
+    connect(&m_watch, &WatchKeeper::journalFailed, this, &ArchiveWindow::showMessage);
+    connect(&m_watch, &WatchKeeper::notificationFailed, this, &ArchiveWindow::showMessage);
 }
 
 void ArchiveWindow::start(const QString &folder)
@@ -196,6 +216,20 @@ void ArchiveWindow::start(const QString &folder)
     m_clockTimer->start();
 }
 
+void ArchiveWindow::showMessage(const QString &text)
+{
+    m_message->setText(text);
+    m_message->setToolTip(text); // if it is cut off
+}
+
+void ArchiveWindow::showFolder(const ArchiveFolder &archive)
+{
+    const Instrument *chosen = archive.instrument(m_unit);
+    const QString error = chosen != nullptr ? chosen->error : archive.error;
+    showMessage(error.isEmpty() ? archive.path : error);
+    m_calendar->setMarkedDays(chosen != nullptr ? chosen->days : QList<QDate>());
+}
+
 void ArchiveWindow::openFolder(const QString &path)
 {
     m_archive = openArchiveFolder(path);
@@ -203,8 +237,7 @@ void ArchiveWindow::openFolder(const QString &path)
     for (const Instrument &instrument : std::as_const(m_archive.instruments)) {
         m_units->addItem(QStringLiteral("ОРК-2 N%1").arg(instrument.unit), instrument.unit);
     }
-    m_units->setEnabled(m_units->count() > 1);
-    m_message->setText(m_archive.error.isEmpty() ? m_archive.path : m_archive.error);
+    m_units->setEnabled(m_units->count() > 0);
     int unit = m_archive.preferredUnit >= 0 ? m_archive.preferredUnit : m_unit;
     if (m_archive.instrument(unit) == nullptr && !m_archive.instruments.isEmpty()) {
         unit = m_archive.instruments.first().unit;
@@ -228,8 +261,7 @@ void ArchiveWindow::selectUnit(int unit)
 {
     m_unit = unit;
     m_units->setCurrentIndex(m_units->findData(unit));
-    const Instrument *chosen = instrument();
-    m_calendar->setMarkedDays(chosen != nullptr ? chosen->days : QList<QDate>());
+    showFolder(m_archive);
     m_watch.stop();
     m_loadedFirst = {};
     m_loadedLast = {};
@@ -315,7 +347,6 @@ void ArchiveWindow::setFollowing(bool following)
         showDate(today());
     }
     m_followAction->setChecked(following);
-    m_loader.setFollowing(following || storedWatchSettings().enabled);
     restartWatch();
 }
 
@@ -396,31 +427,41 @@ void ArchiveWindow::updateReadout(qint64 time)
     const bool near = sample != nullptr && std::abs(sample->time - time) <= step;
     const QString timeText = QDateTime::fromSecsSinceEpoch(near ? sample->time : time, m_zone)
                                  .toString(QStringLiteral("dd.MM.yyyy hh:mm"));
-    m_readout->setText(near ? QStringLiteral(
-                           "<b>%1</b>&nbsp;&nbsp; первый слой: <b>%2</b>&nbsp;&nbsp; второй слой: "
-                           "<b>%3</b>&nbsp;&nbsp; канал: <b>%4</b>")
-                                  .arg(timeText, valueText(sample->first),
-                                      valueText(sample->second), channelText(sample->channel))
-                            : QStringLiteral("<b>%1</b>&nbsp;&nbsp; данных нет").arg(timeText));
+    m_readout->setText(near
+            ? QStringLiteral("<b>%1</b>&nbsp;&nbsp; %2&nbsp;&nbsp; канал: <b>%3</b>")
+                  .arg(timeText, valuesText(*sample), channelText(sample->channel))
+            : QStringLiteral("<b>%1</b>&nbsp;&nbsp; данных нет").arg(timeText));
 }
 
-void ArchiveWindow::checkMidnight()
+void ArchiveWindow::checkClock()
 {
     m_chart->setNow(QDateTime::currentSecsSinceEpoch());
-    if (!isFollowing()) {
-        return;
-    }
-    if (lastVisibleDate() < today()) {
+    checkFolder();
+    if (isFollowing() && lastVisibleDate() < today()) {
         setFollowing(true);
-    }
-    const Instrument *chosen = instrument();
-    if (chosen == nullptr
-        || (!chosen->days.contains(today()) && m_loader.history().day(today()) != nullptr)) {
-        m_archive = openArchiveFolder(m_archive.path);
-        m_calendar->setMarkedDays(instrument() != nullptr ? instrument()->days : QList<QDate>());
     }
     m_chart->replot(QCustomPlot::rpQueuedReplot);
     updateSoon();
+}
+
+// A folder may disappear, for example that of another computer, and come back with new days.
+void ArchiveWindow::checkFolder()
+{
+    const bool hasNewDay = instrument() != nullptr && !instrument()->days.contains(today())
+        && m_loader.history().day(today()) != nullptr;
+    if (m_archive.error.isEmpty() && !hasNewDay && QFileInfo(m_archive.path).isDir()) {
+        return;
+    }
+    const ArchiveFolder archive = openArchiveFolder(m_archive.path);
+    if (instrument() == nullptr && !archive.instruments.isEmpty()) {
+        openFolder(archive.path);
+    } else if (archive.error.isEmpty()) {
+        m_archive = archive;
+        showFolder(archive);
+    } else {
+        m_archive.error = archive.error; // what has been read is still shown
+        showMessage(archive.error);
+    }
 }
 
 void ArchiveWindow::saveSettings() const

@@ -40,6 +40,9 @@ public:
     void showDate(QDate date); // the last day of the period
     void setFollowing(bool following);
     [[nodiscard]] bool isFollowing() const;
+    // Saves the visible range as .csv, .pdf or else PNG. Waits for files that are being read.
+    // Returns an error message, empty if the file was written or the user did not want to wait.
+    [[nodiscard]] QString saveRange(const QString &fileName);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -60,8 +63,9 @@ private:
     void addPeriod(QMenu *menu, const QString &text, const QKeySequence &key, Period period);
 
     void chooseFolder();
-    void saveFile();
+    void chooseFile();
     void printChart();
+    [[nodiscard]] bool waitForFiles();
     void showProblems();
     void showJournal();
     void editWatch();
@@ -74,7 +78,10 @@ private:
     void updateRange();
     void updateReadout(qint64 time);
     void updateSoon();
-    void checkMidnight();
+    void checkClock();
+    void checkFolder();
+    void showFolder(const ArchiveFolder &archive);
+    void showMessage(const QString &text);
     void restartWatch();
     void saveSettings() const;
     [[nodiscard]] const Instrument *instrument() const;

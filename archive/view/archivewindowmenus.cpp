@@ -6,6 +6,7 @@
 #include "csvexport.h"
 #include "listdialog.h"
 #include "reportpanel.h"
+#include "savefile.h"
 #include "watchdialog.h"
 
 #include <QActionGroup>
@@ -15,18 +16,14 @@
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QSaveFile>
+#include <QProgressDialog>
 #include <QToolBar>
 
 namespace ork2 {
 
 namespace {
 
-constexpr QSize kPictureSize(1600, 900); // pixels at scale 1
-constexpr double kPictureRatio = 2;
-constexpr QSize kPageSize(1123, 794); // A4 landscape in units of 1/96 inch
 constexpr qsizetype kJournalRows = 1000;
-constexpr double kZoomStep = 1.5;
 
 } // namespace
 
@@ -50,7 +47,7 @@ void ArchiveWindow::createFileMenu()
     });
     menu->addSeparator();
     addCommand(
-        menu, QStringLiteral("&Сохранить в файл…"), QKeySequence::Save, [this] { saveFile(); });
+        menu, QStringLiteral("&Сохранить в файл…"), QKeySequence::Save, [this] { chooseFile(); });
     addCommand(menu, QStringLiteral("&Печать…"), QKeySequence::Print, [this] { printChart(); });
     addCommand(menu, QStringLiteral("&Копировать сводку"),
         QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), [this] { m_report->copy(); });
@@ -154,30 +151,43 @@ void ArchiveWindow::chooseFolder()
     }
 }
 
-void ArchiveWindow::saveFile()
+void ArchiveWindow::chooseFile()
 {
     const QString name = QFileDialog::getSaveFileName(this, QStringLiteral("Сохранить в файл"),
         QStringLiteral("ork2-n%1.png").arg(m_unit),
         QStringLiteral("Рисунок PNG (*.png);;Документ PDF (*.pdf);;Таблица CSV (*.csv)"));
-    if (name.isEmpty()) {
-        return;
+    const QString error = name.isEmpty() ? QString() : saveRange(name);
+    if (!error.isEmpty()) {
+        QMessageBox::warning(
+            this, windowTitle(), QStringLiteral("Файл «%1» не записан: %2").arg(name, error));
     }
-    bool saved = false;
-    if (name.endsWith(QStringLiteral(".csv"), Qt::CaseInsensitive)) {
-        QSaveFile file(name);
-        saved = file.open(QIODevice::WriteOnly)
-            && writeCsv(file, m_loader.history(), m_chart->from(), m_chart->to(), m_zone)
-            && file.commit();
-    } else if (name.endsWith(QStringLiteral(".pdf"), Qt::CaseInsensitive)) {
-        saved = m_chart->saveAsPdf(name, kPageSize);
-    } else {
-        saved = m_chart->saveAsPng(name, kPictureSize, kPictureRatio);
+}
+
+// Until then, files and paper would show only a part of the range.
+bool ArchiveWindow::waitForFiles()
+{
+    if (!m_loader.isLoading()) {
+        return true;
     }
-    if (!saved) {
-        QMessageBox::warning(this, windowTitle(),
-            QStringLiteral("Файл «%1» не записан. Проверьте имя, права и место на диске.")
-                .arg(name));
+    QProgressDialog progress(QStringLiteral("Файлы этого промежутка ещё читаются."),
+        QStringLiteral("Отмена"), 0, 0, this);
+    progress.setWindowTitle(windowTitle());
+    connect(&m_loader, &HistoryLoader::loaded, &progress, &QDialog::accept);
+    return progress.exec() == QDialog::Accepted;
+}
+
+QString ArchiveWindow::saveRange(const QString &fileName)
+{
+    if (!waitForFiles()) {
+        return {};
     }
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    return saveFile(fileName, [&](QIODevice &device) {
+        if (suffix == u"csv") {
+            return writeCsv(device, m_loader.history(), m_chart->from(), m_chart->to(), m_zone);
+        }
+        return suffix == u"pdf" ? m_chart->writePdf(device) : m_chart->writePng(device);
+    });
 }
 
 void ArchiveWindow::printChart()
@@ -185,8 +195,9 @@ void ArchiveWindow::printChart()
     QPrinter printer(QPrinter::HighResolution);
     printer.setPageOrientation(QPageLayout::Landscape);
     QPrintDialog dialog(&printer, this);
-    if (dialog.exec() == QDialog::Accepted) {
-        m_chart->print(printer);
+    if (dialog.exec() == QDialog::Accepted && waitForFiles() && !m_chart->print(printer)) {
+        QMessageBox::warning(
+            this, windowTitle(), QStringLiteral("Напечатать не удалось. Проверьте принтер."));
     }
 }
 
@@ -224,6 +235,7 @@ void ArchiveWindow::showJournal()
 void ArchiveWindow::editWatch()
 {
     WatchDialog dialog(storedWatchSettings(), this);
+    connect(&dialog, &WatchDialog::testRequested, &m_watch, &WatchKeeper::testCall);
     if (dialog.exec() != QDialog::Accepted) {
         return;
     }

@@ -74,11 +74,6 @@ private:
     int m_code = 0;
 };
 
-BandPlottable::BandPlottable(QCPAxis *keyAxis, QCPAxis *valueAxis, const History &history)
-    : QCPAbstractPlottable(keyAxis, valueAxis)
-    , m_history(history)
-{ }
-
 QString BandPlottable::rowName(Row row)
 {
     switch (row) {
@@ -94,23 +89,6 @@ QString BandPlottable::rowName(Row row)
     return QStringLiteral("Коды");
 }
 
-double BandPlottable::selectTest(const QPointF &, bool, QVariant *) const
-{
-    return -1;
-}
-
-QCPRange BandPlottable::getKeyRange(bool &found, QCP::SignDomain) const
-{
-    found = false;
-    return {};
-}
-
-QCPRange BandPlottable::getValueRange(bool &found, QCP::SignDomain, const QCPRange &) const
-{
-    found = false;
-    return {};
-}
-
 void BandPlottable::draw(QCPPainter *painter)
 {
     const auto from = static_cast<qint64>(mKeyAxis->range().lower);
@@ -120,7 +98,7 @@ void BandPlottable::draw(QCPPainter *painter)
     Spans reserve(*this, *painter, Reserve);
     Spans codes(*this, *painter, Codes);
     qint64 end = from; // of the last minute with a line
-    m_history.forEach(from - kLongestPause, to, [&](const Sample &sample) {
+    history().forEach(from - kLongestPause, to, [&](const Sample &sample) {
         const qint64 minuteEnd = sample.time + kSecondsPerMinute;
         if (sample.time - end > kLongestPause - kSecondsPerMinute) {
             noData.add(end, sample.time);

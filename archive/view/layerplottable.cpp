@@ -4,6 +4,7 @@
 #include "chartstyle.h"
 
 #include <array>
+#include <cmath>
 #include <limits>
 
 namespace ork2 {
@@ -12,40 +13,56 @@ namespace {
 
 constexpr int kHeights = 10000; // 0 to 9999 m
 constexpr double kMarkRadius = 2.5;
+constexpr double kMarkExtent = 4; // with its outline
 constexpr double kAboveMarkWidth = 8;
 constexpr double kAboveMarkHeight = 6;
-constexpr double kSecondsPerMark = 400; // fewer seconds per pixel: marks are drawn separately
+constexpr double kSecondsPerMark = 400; // longer pixels: bars, in which marks would merge anyway
+constexpr double kVectorCells = 6.25;   // per 1/96 inch, that is 600 per inch: dots of a printer
 constexpr int kOutlineDarkness = 125;
 constexpr double kLightFill = 0.5;
 
 } // namespace
 
-// The vertical position of each height, so that a year needs no logarithms.
-struct LayerPlottable::Rows
+// Places on a grid, so that marks at the same place are found. The cells are the pixels of a
+// picture; those of a vector drawing are too small to be seen.
+class LayerPlottable::Grid
 {
-    explicit Rows(const QCPAxis &axis)
-        : top(axis.coordToPixel(axis.range().upper))
-        , bottom(axis.coordToPixel(axis.range().lower))
+public:
+    static constexpr int kAbove = 0; // the row of all heights above the scale
+
+    // The rows of all heights are computed once, so that a year needs no logarithms.
+    Grid(const QCPAxis &axis, double cellsPerPixel)
+        : m_cells(cellsPerPixel)
+        , m_top(column(axis.coordToPixel(axis.range().upper)))
+        , m_rows(kHeights)
     {
-        pixels.reserve(kHeights);
+        const double top = axis.coordToPixel(axis.range().upper);
         for (int height = 0; height < kHeights; ++height) {
-            const double metres = std::max(double(height), axis.range().lower);
-            pixels.push_back(axis.coordToPixel(metres));
+            const double y = axis.coordToPixel(std::max(double(height), axis.range().lower));
+            const int row = 1 + std::max(0, column(y) - m_top);
+            m_rows[static_cast<std::size_t>(height)] = y < top - 0.5 ? kAbove : row;
+            m_count = std::max(m_count, row + 1);
         }
     }
 
-    [[nodiscard]] double of(int height) const { return pixels[static_cast<std::size_t>(height)]; }
-    [[nodiscard]] bool isAbove(int height) const { return of(height) < top - 0.5; }
+    [[nodiscard]] double cellsPerPixel() const { return m_cells; }
+    [[nodiscard]] int column(double x) const { return qRound(x * m_cells); }
+    [[nodiscard]] int rowOf(int height) const { return m_rows[static_cast<std::size_t>(height)]; }
+    [[nodiscard]] int rowCount() const { return m_count; }
+    // In cells from the top of the drawing; the upper edge of the scale for kAbove.
+    [[nodiscard]] int yOf(int row) const { return m_top + std::max(0, row - 1); }
+    [[nodiscard]] double pixel(int cell) const { return cell / m_cells; }
 
-    double top;
-    double bottom;
-    std::vector<double> pixels;
+private:
+    double m_cells;
+    int m_top;
+    int m_count = 1;
+    std::vector<int> m_rows;
 };
 
 LayerPlottable::LayerPlottable(
     QCPAxis *keyAxis, QCPAxis *valueAxis, const History &history, Layer layer)
-    : QCPAbstractPlottable(keyAxis, valueAxis)
-    , m_history(history)
+    : HistoryPlottable(keyAxis, valueAxis, history)
     , m_layer(layer)
 { }
 
@@ -57,29 +74,12 @@ void LayerPlottable::setColors(const QColor &fill, const QColor &background)
                                              : fill.darker(kOutlineDarkness);
 }
 
-double LayerPlottable::selectTest(const QPointF &, bool, QVariant *) const
-{
-    return -1;
-}
-
-QCPRange LayerPlottable::getKeyRange(bool &found, QCP::SignDomain) const
-{
-    found = false;
-    return {};
-}
-
-QCPRange LayerPlottable::getValueRange(bool &found, QCP::SignDomain, const QCPRange &) const
-{
-    found = false;
-    return {};
-}
-
 template <typename Function> void LayerPlottable::forEachHeight(Function function) const
 {
     const QCPRange range = mKeyAxis->range();
     const double start = mKeyAxis->coordToPixel(range.lower);
     const double scale = (mKeyAxis->coordToPixel(range.upper) - start) / range.size();
-    m_history.forEach(static_cast<qint64>(range.lower), static_cast<qint64>(range.upper) + 1,
+    history().forEach(static_cast<qint64>(range.lower), static_cast<qint64>(range.upper) + 1,
         [&](const Sample &sample) {
             const LayerValue value = m_layer == Layer::First ? sample.first : sample.second;
             if (value.isHeight()) {
@@ -89,40 +89,123 @@ template <typename Function> void LayerPlottable::forEachHeight(Function functio
         });
 }
 
+// Calls function(column, rows) for the columns of the grid that have heights, from left to right.
+// Each row occurs once; the one of the latest height is the last, as it is on top.
+template <typename Function>
+void LayerPlottable::forEachColumn(const Grid &grid, Function function) const
+{
+    std::vector<int> all;
+    std::vector<int> rows;
+    std::vector<char> seen(static_cast<std::size_t>(grid.rowCount()));
+    int column = std::numeric_limits<int>::min();
+    const auto finish = [&] {
+        rows.clear();
+        for (auto row = all.rbegin(); row != all.rend(); ++row) {
+            char &known = seen[static_cast<std::size_t>(*row)];
+            if (known == 0) {
+                rows.push_back(*row);
+            }
+            known = 1;
+        }
+        for (const int row : rows) {
+            seen[static_cast<std::size_t>(row)] = 0;
+        }
+        std::reverse(rows.begin(), rows.end());
+        if (!rows.empty()) {
+            function(column, rows);
+        }
+        all.clear();
+    };
+    forEachHeight([&](double x, int height) {
+        const int at = grid.column(x);
+        if (at != column) {
+            finish();
+            column = at;
+        }
+        all.push_back(grid.rowOf(height));
+    });
+    finish();
+}
+
 void LayerPlottable::draw(QCPPainter *painter)
 {
-    const Rows rows(*mValueAxis);
     const double secondsPerPixel = mKeyAxis->range().size() / mKeyAxis->axisRect()->width();
-    preparePainter(*painter);
-    if (m_everyMark || secondsPerPixel < kSecondsPerMark) {
-        drawMarks(*painter, rows);
+    const double deviceScale = painter->deviceTransform().m11();
+    if (!m_alwaysMarks && secondsPerPixel >= kSecondsPerMark) {
+        drawBars(*painter, Grid(*mValueAxis, deviceScale));
+    } else if (painter->modes().testFlag(QCPPainter::pmVectorized)) {
+        drawMarks(*painter, Grid(*mValueAxis, kVectorCells));
     } else {
-        drawColumns(*painter, rows);
+        drawMarksAsPixels(*painter, Grid(*mValueAxis, deviceScale));
     }
 }
 
-void LayerPlottable::preparePainter(QCPPainter &painter) const
+void LayerPlottable::preparePainter(QPainter &painter) const
 {
-    painter.setAntialiasing(true);
+    painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(QPen(m_outline, 1));
     painter.setBrush(
         m_layer == Layer::First ? m_fill : ChartStyle::blend(m_fill, m_background, kLightFill));
 }
 
-void LayerPlottable::drawMarks(QCPPainter &painter, const Rows &rows) const
+void LayerPlottable::drawMarks(QCPPainter &painter, const Grid &grid) const
 {
-    forEachHeight([&](double x, int height) {
-        if (rows.isAbove(height)) {
-            drawAboveMark(painter, x);
-        } else {
-            drawMark(painter, {x, rows.of(height)});
+    preparePainter(painter);
+    forEachColumn(grid, [&](int column, const std::vector<int> &rows) {
+        for (const int row : rows) {
+            const QPointF place(grid.pixel(column), grid.pixel(grid.yOf(row)));
+            if (row == Grid::kAbove) {
+                drawAboveMark(painter, place);
+            } else {
+                drawMark(painter, place);
+            }
         }
     });
 }
 
+// Draws each kind of mark once and copies it: a year has some 100,000 marks at different pixels,
+// and each smooth outline would take ten times as long.
+void LayerPlottable::drawMarksAsPixels(QCPPainter &painter, const Grid &grid) const
+{
+    const double scale = grid.cellsPerPixel();
+    const QRectF plot = mKeyAxis->axisRect()->rect();
+    const QRect cells = QRectF(plot.topLeft() * scale, plot.size() * scale).toAlignedRect();
+    const QImage mark = stamp(scale, [this](QPainter &p) { drawMark(p, {}); });
+    const QImage above = stamp(scale, [this](QPainter &p) { drawAboveMark(p, {}); });
+    QImage picture(cells.size(), QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter pixels(&picture);
+    forEachColumn(grid, [&](int column, const std::vector<int> &rows) {
+        for (const int row : rows) {
+            const QImage &copied = row == Grid::kAbove ? above : mark;
+            const QPoint center(copied.width() / 2, copied.height() / 2);
+            pixels.drawImage(QPoint(column, grid.yOf(row)) - center - cells.topLeft(), copied);
+        }
+    });
+    pixels.end();
+    picture.setDevicePixelRatio(scale);
+    painter.setAntialiasing(false); // otherwise moved by half a pixel
+    painter.drawImage(QPointF(cells.topLeft()) / scale, picture);
+}
+
+// function draws a mark at (0, 0), the centre of the picture.
+template <typename Function> QImage LayerPlottable::stamp(double scale, Function function) const
+{
+    const int half =
+        static_cast<int>(std::ceil(std::max(kMarkExtent, kAboveMarkHeight + 2) * scale));
+    QImage picture(2 * half, 2 * half, QImage::Format_ARGB32_Premultiplied);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    preparePainter(painter);
+    painter.translate(half, half);
+    painter.scale(scale, scale);
+    function(painter);
+    return picture;
+}
+
 // The first layer has filled circles, the second one squares with a light fill, so that they
 // differ without colours.
-void LayerPlottable::drawMark(QCPPainter &painter, QPointF place) const
+void LayerPlottable::drawMark(QPainter &painter, QPointF place) const
 {
     if (m_layer == Layer::First) {
         painter.drawEllipse(place, kMarkRadius, kMarkRadius);
@@ -132,51 +215,41 @@ void LayerPlottable::drawMark(QCPPainter &painter, QPointF place) const
     }
 }
 
-void LayerPlottable::drawAboveMark(QCPPainter &painter, double x) const
+// tip is on the upper edge of the scale.
+void LayerPlottable::drawAboveMark(QPainter &painter, QPointF tip) const
 {
-    const double top = mValueAxis->coordToPixel(mValueAxis->range().upper) + 1;
-    const std::array<QPointF, 3> triangle{QPointF(x, top),
-        QPointF(x - kAboveMarkWidth / 2, top + kAboveMarkHeight),
-        QPointF(x + kAboveMarkWidth / 2, top + kAboveMarkHeight)};
+    const std::array<QPointF, 3> triangle{tip + QPointF(0, 1),
+        tip + QPointF(-kAboveMarkWidth / 2, 1 + kAboveMarkHeight),
+        tip + QPointF(kAboveMarkWidth / 2, 1 + kAboveMarkHeight)};
     painter.drawPolygon(triangle.data(), static_cast<int>(triangle.size()));
 }
 
-// For each column of pixels, the heights are marked in a list of rows, and each run of marked rows
-// becomes one rectangle.
-void LayerPlottable::drawColumns(QCPPainter &painter, const Rows &rows) const
+// Each run of neighbouring rows in a column becomes one rectangle.
+void LayerPlottable::drawBars(QCPPainter &painter, const Grid &grid) const
 {
-    const double ratio = mParentPlot->bufferDevicePixelRatio();
-    std::vector<char> marked(static_cast<std::size_t>((rows.bottom - rows.top) * ratio) + 2);
-    constexpr int kNone = std::numeric_limits<int>::min();
-    int column = kNone;
     double lastAbove = -kAboveMarkWidth;
-    const auto finishColumn = [&] {
-        for (auto run = std::find(marked.begin(), marked.end(), 1); run != marked.end();) {
-            const auto end = std::find(run, marked.end(), 0);
-            const QRectF bar(column / ratio, rows.top + double(run - marked.begin()) / ratio,
-                1 / ratio, double(end - run) / ratio);
-            painter.fillRect(bar.adjusted(-1, -1, 1, 1), m_fill);
-            std::fill(run, end, 0);
-            run = std::find(end, marked.end(), 1);
-        }
-    };
+    std::vector<int> sorted;
     painter.setAntialiasing(false);
-    forEachHeight([&](double x, int height) {
-        const int at = static_cast<int>(x * ratio);
-        if (at != column && column != kNone) {
-            finishColumn();
-        }
-        column = at;
-        if (!rows.isAbove(height)) {
-            marked[static_cast<std::size_t>(std::max(0.0, rows.of(height) - rows.top) * ratio)] = 1;
-        } else if (x - lastAbove >= kAboveMarkWidth) {
-            drawAboveMark(painter, x);
+    forEachColumn(grid, [&](int column, const std::vector<int> &rows) {
+        const double x = grid.pixel(column);
+        sorted = rows;
+        std::sort(sorted.begin(), sorted.end());
+        auto run = std::upper_bound(sorted.begin(), sorted.end(), Grid::kAbove);
+        if (run != sorted.begin() && x - lastAbove >= kAboveMarkWidth) {
+            preparePainter(painter);
+            drawAboveMark(painter, {x, grid.pixel(grid.yOf(Grid::kAbove))});
             lastAbove = x;
         }
+        while (run != sorted.end()) {
+            const auto end =
+                std::adjacent_find(run, sorted.end(), [](int a, int b) { return b != a + 1; });
+            const int last = end != sorted.end() ? *end : sorted.back();
+            const QRectF bar(
+                x, grid.pixel(grid.yOf(*run)), grid.pixel(1), grid.pixel(last - *run + 1));
+            painter.fillRect(bar.adjusted(-1, -1, 1, 1), m_fill);
+            run = end != sorted.end() ? end + 1 : end;
+        }
     });
-    if (column != kNone) {
-        finishColumn();
-    }
 }
 
 void LayerPlottable::drawLegendIcon(QCPPainter *painter, const QRectF &rect) const

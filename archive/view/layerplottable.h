@@ -1,18 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "history.h"
-
-#include "plot.h"
+#include "historyplottable.h"
 
 namespace ork2 {
 
 enum class Layer { First, Second };
 
-// The heights of one layer as marks, read directly from the history. On the screen, marks that
-// share a pixel are drawn once; in exports, each one is drawn. Heights above the scale are marks on
-// its upper edge. The key axis is the time in seconds since the epoch, the value axis metres.
-class LayerPlottable : public QCPAbstractPlottable
+// The heights of one layer as marks. Marks that share a pixel are drawn once. If a pixel is long,
+// the screen shows bars instead of marks; exports always show marks. Heights above the scale are
+// marks on its upper edge. The value axis is in metres.
+class LayerPlottable : public HistoryPlottable
 {
     Q_OBJECT
 
@@ -21,35 +19,32 @@ public:
     LayerPlottable(QCPAxis *keyAxis, QCPAxis *valueAxis, const History &history, Layer layer);
 
     void setColors(const QColor &fill, const QColor &background);
-    // Draws every mark, as in exports.
-    void setEveryMark(bool every) { m_everyMark = every; }
-
-    double selectTest(const QPointF &pos, bool onlySelectable, QVariant *details) const override;
-    QCPRange getKeyRange(bool &found, QCP::SignDomain domain) const override;
-    QCPRange getValueRange(
-        bool &found, QCP::SignDomain domain, const QCPRange &keyRange) const override;
+    // Draws marks and no bars, as in exports.
+    void setAlwaysMarks(bool always) { m_alwaysMarks = always; }
 
 protected:
     void draw(QCPPainter *painter) override;
     void drawLegendIcon(QCPPainter *painter, const QRectF &rect) const override;
 
 private:
-    struct Rows;
+    class Grid;
 
-    void drawMarks(QCPPainter &painter, const Rows &rows) const;
-    void drawColumns(QCPPainter &painter, const Rows &rows) const;
-    void drawMark(QCPPainter &painter, QPointF place) const;
-    void drawAboveMark(QCPPainter &painter, double x) const;
-    void preparePainter(QCPPainter &painter) const;
+    void drawMarks(QCPPainter &painter, const Grid &grid) const;
+    void drawMarksAsPixels(QCPPainter &painter, const Grid &grid) const;
+    void drawBars(QCPPainter &painter, const Grid &grid) const;
+    void drawMark(QPainter &painter, QPointF place) const;
+    void drawAboveMark(QPainter &painter, QPointF tip) const;
+    void preparePainter(QPainter &painter) const;
+    template <typename Function> [[nodiscard]] QImage stamp(double scale, Function function) const;
 
     template <typename Function> void forEachHeight(Function function) const;
+    template <typename Function> void forEachColumn(const Grid &grid, Function function) const;
 
-    const History &m_history;
     Layer m_layer;
     QColor m_fill;
     QColor m_outline;
     QColor m_background;
-    bool m_everyMark = false;
+    bool m_alwaysMarks = false;
 };
 
 } // namespace ork2

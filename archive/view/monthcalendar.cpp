@@ -5,6 +5,7 @@
 
 #include <QLocale>
 #include <QPainter>
+#include <QTextCharFormat>
 
 namespace ork2 {
 
@@ -24,6 +25,10 @@ MonthCalendar::MonthCalendar(QWidget *parent)
     setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     setHorizontalHeaderFormat(QCalendarWidget::ShortDayNames);
     setAccessibleName(QStringLiteral("Календарь"));
+    // Red names would be hard to read in a dark theme, and the figures below are not red.
+    for (const Qt::DayOfWeek day : {Qt::Saturday, Qt::Sunday}) {
+        setWeekdayTextFormat(day, QTextCharFormat());
+    }
 }
 
 void MonthCalendar::setMarkedDays(const QList<QDate> &days)

@@ -7,40 +7,25 @@
 #include <QLabel>
 #include <QPushButton>
 
-#include <cstdlib>
-
 namespace ork2 {
 
 namespace {
 
-constexpr int kSpacing = 16; // pixels between the values
+// Wrapped only between the values, so that the window may be narrow.
+const QString kBetween = QStringLiteral(" &emsp;");
 
-QLabel *valueLabel(QHBoxLayout *row)
+QString unbroken(QString text)
 {
-    auto *label = new QLabel;
-    label->setTextFormat(Qt::RichText);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    row->addWidget(label);
-    return label;
+    return text.replace(u' ', QChar::Nbsp);
 }
 
 // A height with its codes.
 QString heightText(const QString &name, const TenMinutes &report, std::optional<int> height)
 {
     const QString value = height ? QStringLiteral("%1 м").arg(*height) : QStringLiteral("–");
-    return QStringLiteral("%1: <b>%2</b>&nbsp; h = <b>%3</b>&nbsp; <b>%4</b>")
-        .arg(name, value, figureText(report, height), groupText(report, height));
-}
-
-// The complete text would make the window wider than a small screen.
-QString shortTrendText(const TenMinutes &report)
-{
-    if (!report.trend || std::abs(*report.trend) < kSteadyTrend) {
-        return trendText(report);
-    }
-    return QStringLiteral("%1%2 м").arg(
-        *report.trend > 0 ? QStringLiteral("+") : QStringLiteral("−"),
-        QString::number(std::abs(*report.trend)));
+    return QStringLiteral("%1:&nbsp;<b>%2</b>&nbsp; h&nbsp;=&nbsp;<b>%3</b>&nbsp; <b>%4</b>")
+        .arg(name, unbroken(value), figureText(report, height), groupText(report, height))
+        .replace(QStringLiteral("&nbsp; "), QStringLiteral("&nbsp;&nbsp;"));
 }
 
 } // namespace
@@ -48,15 +33,15 @@ QString shortTrendText(const TenMinutes &report)
 ReportPanel::ReportPanel(const QTimeZone &zone, QWidget *parent)
     : QWidget(parent)
     , m_zone(zone)
+    , m_text(new QLabel)
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(8, 4, 8, 4);
-    row->setSpacing(kSpacing);
-    m_time = valueLabel(row);
-    m_median = valueLabel(row);
-    m_lowest = valueLabel(row);
-    m_trend = valueLabel(row);
-    row->addStretch();
+    m_text->setTextFormat(Qt::RichText);
+    m_text->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_text->setWordWrap(true);
+    m_text->setAccessibleName(QStringLiteral("Сводка за последние десять минут"));
+    row->addWidget(m_text, 1);
     auto *button = new QPushButton(QStringLiteral("Копировать"));
     button->setToolTip(QStringLiteral("Ctrl+Shift+C"));
     row->addWidget(button);
@@ -75,14 +60,14 @@ QString ReportPanel::timeText() const
 void ReportPanel::show(const TenMinutes &report)
 {
     m_report = report;
-    const QString minutes = QStringLiteral("%1 из 10 мин").arg(report.heights);
-    m_time->setText(report.end == 0
+    const QString minutes = unbroken(QStringLiteral("высота: %1 из 10 мин").arg(report.heights));
+    const QStringList values{report.end == 0
             ? QStringLiteral("Последние десять минут")
-            : QStringLiteral("<b>%1</b>&nbsp; высота: %2").arg(timeText(), minutes));
-    m_median->setText(heightText(QStringLiteral("Медиана"), report, report.median));
-    m_lowest->setText(heightText(QStringLiteral("Наименьшая"), report, report.lowest));
-    m_trend->setText(QStringLiteral("Тенденция: <b>%1</b>").arg(shortTrendText(report)));
-    m_trend->setToolTip(trendText(report));
+            : QStringLiteral("<b>%1</b>&nbsp;&nbsp;%2").arg(timeText(), minutes),
+        heightText(QStringLiteral("Медиана"), report, report.median),
+        heightText(QStringLiteral("Наименьшая"), report, report.lowest),
+        QStringLiteral("Тенденция:&nbsp;<b>%1</b>").arg(unbroken(trendText(report)))};
+    m_text->setText(values.join(kBetween));
 }
 
 void ReportPanel::copy() const

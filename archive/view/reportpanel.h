@@ -10,7 +10,7 @@ class QLabel;
 
 namespace ork2 {
 
-// The report of the last ten minutes in one row, with a button that copies it.
+// The report of the last ten minutes, with a button that copies it.
 class ReportPanel : public QWidget
 {
     Q_OBJECT
@@ -29,10 +29,7 @@ private:
 
     QTimeZone m_zone;
     TenMinutes m_report;
-    QLabel *m_time;
-    QLabel *m_median;
-    QLabel *m_lowest;
-    QLabel *m_trend;
+    QLabel *m_text;
 };
 
 } // namespace ork2

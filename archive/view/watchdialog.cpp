@@ -72,6 +72,9 @@ WatchDialog::WatchDialog(const WatchSettings &settings, QWidget *parent)
     form->addRow(note);
     form->addRow(m_error);
     form->addRow(m_buttons);
+    auto *test = new QPushButton(QStringLiteral("Проверить сигнал"));
+    m_buttons->addButton(test, QDialogButtonBox::ActionRole);
+    connect(test, &QPushButton::clicked, this, &WatchDialog::testRequested);
     connect(m_thresholds, &QLineEdit::textChanged, this, &WatchDialog::check);
     connect(m_buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(m_buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);

@@ -23,6 +23,9 @@ public:
 
     [[nodiscard]] WatchSettings settings() const;
 
+Q_SIGNALS:
+    void testRequested();
+
 private:
     void check();
 

@@ -7,12 +7,6 @@
 
 namespace ork2 {
 
-namespace {
-
-constexpr qint64 kRecentSeconds = 600; // an older height raises no alarm at the start
-
-} // namespace
-
 WatchKeeper::WatchKeeper(const QString &journalPath, const QTimeZone &zone, QObject *parent)
     : QObject(parent)
     , m_zone(zone)
@@ -22,6 +16,7 @@ WatchKeeper::WatchKeeper(const QString &journalPath, const QTimeZone &zone, QObj
     m_timer->setInterval(kWatchTickMs);
     connect(m_timer, &QTimer::timeout, this,
         [this] { handle(m_watch.tick(QDateTime::currentSecsSinceEpoch())); });
+    connect(&m_call, &AlarmCall::notificationFailed, this, &WatchKeeper::notificationFailed);
 }
 
 void WatchKeeper::start(const WatchSettings &settings, int unit, const History &history)
@@ -94,6 +89,12 @@ void WatchKeeper::acknowledge()
         record({WatchEvent::Kind::Acknowledged, QDateTime::currentSecsSinceEpoch()});
     }
     clearAlarm();
+}
+
+void WatchKeeper::testCall()
+{
+    m_call.callOnce(
+        QStringLiteral("Архив ОРК-2"), QStringLiteral("Проверка: так выглядит и звучит тревога."));
 }
 
 void WatchKeeper::record(const WatchEvent &event)

@@ -8,6 +8,8 @@
 #include <QTest>
 #include <QTimeZone>
 
+#include <unistd.h>
+
 // Histories and day files for the tests of the archive.
 namespace samples {
 
@@ -34,6 +36,32 @@ inline ork2::History history(std::vector<ork2::Sample> values)
     history.set(day);
     return history;
 }
+
+// The rights of another user while it exists, because root may read everything.
+class OtherUser
+{
+public:
+    OtherUser()
+        : m_user(geteuid())
+    {
+        if (m_user == 0) {
+            m_changed = setresuid(kNobody, kNobody, 0) == 0;
+        }
+    }
+    OtherUser(const OtherUser &) = delete;
+    OtherUser &operator=(const OtherUser &) = delete;
+    ~OtherUser()
+    {
+        if (m_changed && setresuid(0, 0, 0) != 0) {
+            qFatal("the rights cannot be restored");
+        }
+    }
+
+private:
+    static constexpr uid_t kNobody = 65534;
+    uid_t m_user;
+    bool m_changed = false;
+};
 
 inline void write(const QString &path, const QByteArray &text)
 {

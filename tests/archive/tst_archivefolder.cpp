@@ -16,6 +16,7 @@ private Q_SLOTS:
     void otherFiles_areIgnored();
     void outerAndInnerFolders_areAccepted();
     void missingOrEmptyFolder_isReported();
+    void foldersWithoutRights_areReported();
 
 private:
     [[nodiscard]] QString data(const QString &name = {}) const
@@ -69,6 +70,30 @@ void tst_archivefolder::missingOrEmptyFolder_isReported()
     QVERIFY(openArchiveFolder(data(QStringLiteral("/none"))).error.contains(u"нет"));
     QVERIFY(!openArchiveFolder(m_folder->path()).error.isEmpty());
     QVERIFY(!openArchiveFolder(data(QStringLiteral("/Header.txt"))).error.isEmpty());
+}
+
+void tst_archivefolder::foldersWithoutRights_areReported()
+{
+    const QFile::Permissions all = QFile::Permissions::fromInt(0x7755);
+    QVERIFY(QFile::setPermissions(m_folder->path(), all));
+    const QString closed = data(QStringLiteral("/ORK-2 N17"));
+    QVERIFY(QFile::setPermissions(closed, {}));
+    {
+        const samples::OtherUser user;
+        const ArchiveFolder archive = openArchiveFolder(data());
+        QCOMPARE(archive.error, QString());
+        QCOMPARE(archive.instrument(3)->days.size(), 1);
+        QCOMPARE(archive.instrument(17)->error,
+            QStringLiteral("Нет права на чтение папки «%1».").arg(closed));
+    }
+    QVERIFY(QFile::setPermissions(closed, all));
+    QVERIFY(QFile::setPermissions(data(), {}));
+    {
+        const samples::OtherUser user;
+        QCOMPARE(openArchiveFolder(data()).error,
+            QStringLiteral("Нет права на чтение папки «%1».").arg(data()));
+    }
+    QVERIFY(QFile::setPermissions(data(), all)); // so that it can be removed
 }
 
 QTEST_GUILESS_MAIN(tst_archivefolder)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The window with a folder of day files. If ORK2_SCREENSHOTS is set to a folder, the screenshots of
 // the manual are saved there.
+#include "alarmcall.h"
 #include "archivechart.h"
 #include "archivesettings.h"
 #include "archivewindow.h"
@@ -15,6 +16,7 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLabel>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QStandardPaths>
@@ -82,6 +84,11 @@ private Q_SLOTS:
     void thresholds_areParsed();
     void widgets_haveAccessibleNames();
     void dataFolder_isNotWritten();
+    void saving_waitsForTheFiles();
+    void saving_inAMissingFolder_isReported();
+    void droppedFolder_isOpened();
+    void folderThatAppears_isOpened();
+    void missingNotificationService_isReported();
     void screenshots();
 
 private:
@@ -315,6 +322,92 @@ void tst_archivewindow::dataFolder_isNotWritten()
     window.setPeriod(Period::Year);
     window.close();
     QCOMPARE(listing(), before);
+}
+
+void tst_archivewindow::saving_waitsForTheFiles()
+{
+    write(QDate(2026, 11, 2), "\r\n10:00:00\t0055\t0900\tОсновной");
+    ArchiveWindow window(samples::moscow());
+    open(window);
+    const QTemporaryDir target;
+    const QString name = target.filePath(QStringLiteral("month.csv"));
+    window.setPeriod(Period::Month);
+    QVERIFY(window.findChild<HistoryLoader *>()->isLoading());
+    QCOMPARE(window.saveRange(name), QString());
+    QFile file(name);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QVERIFY(file.readAll().contains("\r\n2026-11-02T10:00:00+03:00,55,900,Основной,\r\n"));
+}
+
+void tst_archivewindow::saving_inAMissingFolder_isReported()
+{
+    ArchiveWindow window(samples::moscow());
+    open(window);
+    for (const char *name : {"/nowhere/a.csv", "/nowhere/a.pdf", "/nowhere/a.png"}) {
+        QVERIFY(!window.saveRange(QString::fromLatin1(name)).isEmpty());
+    }
+}
+
+void tst_archivewindow::droppedFolder_isOpened()
+{
+    ArchiveWindow window(samples::moscow());
+    open(window, QStringLiteral("/nowhere"));
+    const auto drop = [&](const QUrl &url) {
+        QMimeData data;
+        data.setUrls({url});
+        QDragEnterEvent enter({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &enter);
+        if (!enter.isAccepted()) {
+            return false;
+        }
+        QDropEvent event({5, 5}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &event);
+        return true;
+    };
+    const auto *units = window.findChild<QComboBox *>();
+    QVERIFY(!drop(QUrl(QStringLiteral("https://example.org/Data"))));
+    QCOMPARE(units->count(), 0);
+    QVERIFY(drop(QUrl::fromLocalFile(m_folder->path())));
+    QCOMPARE(units->currentText(), QStringLiteral("ОРК-2 N17"));
+    window.openFolder(QStringLiteral("/nowhere"));
+    QCOMPARE(units->count(), 0);
+    const QString file = m_folder->filePath(QStringLiteral("ORK-2 N17/2026.11.18.txt"));
+    QVERIFY(drop(QUrl::fromLocalFile(file)));
+    QCOMPARE(units->currentText(), QStringLiteral("ОРК-2 N17"));
+}
+
+// For example that of another computer that has just been started.
+void tst_archivewindow::folderThatAppears_isOpened()
+{
+    const QString path = m_folder->filePath(QStringLiteral("later"));
+    ArchiveWindow window(samples::moscow());
+    open(window, path);
+    const auto *units = window.findChild<QComboBox *>();
+    QCOMPARE(units->count(), 0);
+    samples::write(
+        path + QStringLiteral("/ORK-2 N5/2026.11.20.txt"), "\r\n10:00:00\t0055\t0900\tОсновной");
+    QTRY_COMPARE_WITH_TIMEOUT(units->currentText(), QStringLiteral("ОРК-2 N5"), kTimeoutMs);
+    QVERIFY(QDir().rename(path, path + u'2'));
+    const auto isShown = [&](const QString &text) {
+        const QList<QLabel *> labels = window.findChildren<QLabel *>();
+        return std::any_of(labels.begin(), labels.end(),
+            [&](const QLabel *label) { return label->text() == text; });
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(isShown(QStringLiteral("Папки «%1» нет.").arg(path)), kTimeoutMs);
+    QCOMPARE(units->currentText(), QStringLiteral("ОРК-2 N5"));
+    QVERIFY(QDir().rename(path + u'2', path));
+    QTRY_VERIFY_WITH_TIMEOUT(isShown(path), kTimeoutMs);
+}
+
+void tst_archivewindow::missingNotificationService_isReported()
+{
+    qunsetenv("DBUS_SESSION_BUS_ADDRESS");
+    qputenv("XDG_RUNTIME_DIR", "/nowhere");
+    AlarmCall call;
+    QSignalSpy failed(&call, &AlarmCall::notificationFailed);
+    call.start(QStringLiteral("ОРК-2 N17"), QStringLiteral("Проверка"));
+    QTRY_COMPARE_WITH_TIMEOUT(failed.size(), 1, kTimeoutMs);
+    QVERIFY(call.isActive()); // the sound
 }
 
 void tst_archivewindow::screenshots()

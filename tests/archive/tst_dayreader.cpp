@@ -37,6 +37,7 @@ private Q_SLOTS:
     void manyProblems_areCounted();
     void tooManyLines_areCounted();
     void missingFile_isAProblem();
+    void fileWithoutRights_isAProblem();
     void pipe_isNotOpened();
     void largeFile_isReadInPieces();
     void cancelled_readsNothing();
@@ -84,6 +85,19 @@ void tst_dayreader::missingFile_isAProblem()
         readDay(QStringLiteral("/nowhere/x.txt"), samples::kDate, 17, samples::moscow());
     QCOMPARE(problems(*day), QStringList(QStringLiteral("0: файл не открывается")));
     QCOMPARE(day->size, -1);
+}
+
+void tst_dayreader::fileWithoutRights_isAProblem()
+{
+    const QTemporaryDir folder;
+    QVERIFY(QFile::setPermissions(folder.path(), QFile::Permissions::fromInt(0x7755)));
+    const QString path = folder.filePath(QStringLiteral("day.txt"));
+    samples::write(path, "10:00:00\t0001\t----\tОсновной\n");
+    QVERIFY(QFile::setPermissions(path, {}));
+    const samples::OtherUser user;
+    const DayPointer day = readDay(path, samples::kDate, 17, samples::moscow());
+    QCOMPARE(problems(*day), QStringList(QStringLiteral("0: файл не открывается")));
+    QVERIFY(!day->isRead());
 }
 
 void tst_dayreader::pipe_isNotOpened()

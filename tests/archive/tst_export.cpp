@@ -30,9 +30,12 @@ private Q_SLOTS:
     void dataFolder_isUnchanged();
     void damagedLine_isListed();
     void failures_haveExitCodes();
+    void fullDisk_leavesNoFile_data();
+    void fullDisk_leavesNoFile();
 
 private:
     [[nodiscard]] Result run(const QStringList &arguments) const;
+    [[nodiscard]] static Result start(const QString &command, const QStringList &arguments);
     [[nodiscard]] QString file(const QString &name) const { return m_folder.filePath(name); }
     [[nodiscard]] QByteArray contents(const QString &name) const;
     [[nodiscard]] QStringList listing() const;
@@ -52,13 +55,18 @@ void tst_export::initTestCase()
 
 Result tst_export::run(const QStringList &arguments) const
 {
+    return start(QStringLiteral(ORK2_ARCHIVE), arguments);
+}
+
+Result tst_export::start(const QString &command, const QStringList &arguments)
+{
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     for (const char *name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) {
         environment.remove(QString::fromLatin1(name));
     }
     program.setProcessEnvironment(environment);
-    program.start(QStringLiteral(ORK2_ARCHIVE), arguments);
+    program.start(command, arguments);
     if (!program.waitForFinished(kTimeoutMs)) {
         return {};
     }
@@ -170,6 +178,29 @@ void tst_export::failures_haveExitCodes()
         1);
     QCOMPARE(run({option, file(QStringLiteral("e.txt")), data}).exitCode, 2);
     QCOMPARE(run({QStringLiteral("--other"), data}).exitCode, 2);
+}
+
+void tst_export::fullDisk_leavesNoFile_data()
+{
+    QTest::addColumn<QString>("name");
+
+    for (const char *name : {"full.csv", "full.png", "full.pdf"}) {
+        QTest::newRow(name) << QString::fromLatin1(name);
+    }
+}
+
+// Writing fails beyond a length, as it does when the disk is full.
+void tst_export::fullDisk_leavesNoFile()
+{
+    QFETCH(QString, name);
+    const QString path = file(name);
+    const Result result = start(QStringLiteral("/bin/sh"),
+        {QStringLiteral("-c"), QStringLiteral("trap '' XFSZ; ulimit -f 0; exec \"$0\" \"$@\""),
+            QStringLiteral(ORK2_ARCHIVE), QStringLiteral("--export"), path,
+            file(QStringLiteral("Data"))});
+    QCOMPARE(result.exitCode, 1);
+    QVERIFY(result.errors.contains(path.toUtf8()));
+    QVERIFY(!QFile::exists(path));
 }
 
 QTEST_GUILESS_MAIN(tst_export)
