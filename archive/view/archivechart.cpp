@@ -91,6 +91,7 @@ void ArchiveChart::createLayout()
     // Before the labels are laid out: as many as there is room for.
     connect(this, &QCustomPlot::beforeReplot, this, [this, time] {
         time->ticker()->setTickCount(std::max(2, m_heights->width() / kLabelWidth));
+        arrangeHead();
     });
     height->setLabel(QStringLiteral("Высота, м"));
     height->setNumberFormat(QStringLiteral("f"));
@@ -101,6 +102,22 @@ void ArchiveChart::createLayout()
     m_second->setName(QStringLiteral("Второй слой"));
     m_first->addToLegend(m_legend);
     m_second->addToLegend(m_legend);
+}
+
+// The legend is beside the title if there is room for both, else below it.
+void ArchiveChart::arrangeHead()
+{
+    auto *head = qobject_cast<QCPLayoutGrid *>(m_title->layout());
+    const int needed = m_title->margins().left()
+        + QFontMetrics(m_title->font()).horizontalAdvance(m_title->text())
+        + m_legend->minimumOuterSizeHint().width();
+    const bool beside = needed < viewport().width();
+    if (beside != head->hasElement(0, 1)) {
+        head->take(m_legend);
+        head->simplify();
+        head->addElement(beside ? 0 : 1, beside ? 1 : 0, m_legend);
+        head->setColumnStretchFactor(head->columnCount() - 1, beside ? 0.01 : 1);
+    }
 }
 
 void ArchiveChart::createBands()

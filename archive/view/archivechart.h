@@ -65,6 +65,7 @@ protected:
 
 private:
     void createLayout();
+    void arrangeHead();
     void createBands();
     void createCursor();
     void limitRange(const QCPRange &range);

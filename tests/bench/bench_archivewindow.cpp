@@ -10,12 +10,14 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QProcess>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextStream>
+#include <QTimer>
 
 #include <cmath>
 #include <ctime>
@@ -101,20 +103,16 @@ double openYear(ArchiveWindow &window, const QString &folder)
         qFatal("the first day is not loaded");
     }
     QTest::qWait(2 * kUpdateDelayMs);
-    QSignalSpy drawn(chart, &QCustomPlot::afterReplot);
+    QSignalSpy loaded(loader, &HistoryLoader::loaded);
     QElapsedTimer timer;
     timer.start();
     actionOf(window, QStringLiteral("Год"))->trigger();
-    bool loaded = false;
-    QObject::connect(loader, &HistoryLoader::loaded, chart, [&] {
-        loaded = true;
-        drawn.clear();
-    });
-    while (!loaded || drawn.isEmpty()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    if (!QTest::qWaitFor([&] { return !loaded.isEmpty(); }, kWaitMs)) {
+        qFatal("the year is not loaded");
     }
-    QCoreApplication::processEvents(); // paints the window
-    loader->disconnect(chart);
+    // Draws it once more if the window has done so.
+    chart->replot(QCustomPlot::rpImmediateRefresh);
+    QCoreApplication::processEvents();
     if (chart->history().days().size() != kDays) {
         qFatal("the year is not complete");
     }
@@ -126,21 +124,22 @@ double dragYear(ArchiveWindow &window)
 {
     auto *chart = window.findChild<ArchiveChart *>();
     const QPoint start = chart->rect().center();
-    QSignalSpy drawn(chart, &QCustomPlot::afterReplot);
+    QEventLoop untilDrawn;
+    QObject::connect(
+        chart, &QCustomPlot::afterReplot, &untilDrawn, &QEventLoop::quit, Qt::QueuedConnection);
+    QTimer deadline;
+    QObject::connect(&deadline, &QTimer::timeout, chart, [] { qFatal("the range does not move"); });
+    deadline.start(kWaitMs);
     QTest::mousePress(chart, Qt::LeftButton, {}, start);
     QElapsedTimer timer;
     timer.start();
     for (int step = 1; step <= kFrames; ++step) {
-        const qsizetype before = drawn.size();
         const int shift = step < kFrames / 2 ? step : kFrames - step;
         QMouseEvent move(QEvent::MouseMove, start + QPointF(shift * 2, 0),
             chart->mapToGlobal(start + QPointF(shift * 2, 0)), Qt::NoButton, Qt::LeftButton,
             Qt::NoModifier);
         QCoreApplication::sendEvent(chart, &move);
-        while (drawn.size() == before) {
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        }
-        QCoreApplication::processEvents();
+        untilDrawn.exec();
     }
     const double seconds = double(timer.nsecsElapsed()) / 1e9;
     QTest::mouseRelease(chart, Qt::LeftButton, {}, start);

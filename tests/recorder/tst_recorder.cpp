@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The real program: its messages to the service manager and the journal, signals, exit codes, and
 // what it links.
+#include "filedescriptor.h"
 #include "pseudoterminal.h"
 #include "timeout.h"
 
@@ -15,7 +16,9 @@
 #include <QTimer>
 
 #include <csignal>
+#include <fcntl.h>
 #include <memory>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
@@ -361,8 +364,14 @@ void tst_recorder::unplugged_isBackAtOnce()
 void tst_recorder::killed_startsAgain_withTheSamePort()
 {
     plugIn();
+    const ork2::FileDescriptor line(
+        ::open(QFile::encodeName(m_line->path()).constData(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+    QVERIFY(line.isValid());
     // The lock file of the killed process must not keep the port closed.
     for (int time = 0; time < 3; ++time) {
+        // A serial port is no longer reserved after its last user has gone. The simulated one is
+        // kept open by the instrument.
+        QCOMPARE(::ioctl(line.get(), TIOCNXCL), 0);
         start();
         waitForError(QStringLiteral("Измерения идут"));
         m_errors.clear();
