@@ -15,6 +15,7 @@ namespace {
 const QString kCursorLayer = QStringLiteral("cursor");
 constexpr int kBandsHeight = 88; // pixels
 constexpr int kLegendIconWidth = 12;
+constexpr int kLegendSpace = 6;
 constexpr int kLabelWidth = 85;   // pixels between the labels of the time axis
 constexpr double kLogLowest = 10; // metres
 constexpr double kLogHighest = 10000;
@@ -75,8 +76,8 @@ void ArchiveChart::createLayout()
     plotLayout()->addElement(2, 0, m_bandRect);
     plotLayout()->setRowStretchFactor(0, 0.01);
     plotLayout()->setRowSpacing(2);
-    m_title->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
-    m_title->setMargins(QMargins(8, 4, 0, 0));
+    m_title->setTextFlags(Qt::AlignLeft | Qt::AlignTop);
+    m_title->setMargins(QMargins(8, 5, 0, 0)); // in line with the legend
     m_legend->setLayer(QStringLiteral("legend"));
     m_legend->setFillOrder(QCPLegend::foColumnsFirst);
     m_legend->setBorderPen(Qt::NoPen);
@@ -301,7 +302,12 @@ void ArchiveChart::setStyle(const ChartStyle &style)
     m_title->setFont(titleFont);
     m_title->setTextColor(style.text);
     m_legend->setFont(font());
-    m_legend->setIconSize(kLegendIconWidth, QFontMetrics(font()).height());
+    const int height = QFontMetrics(font()).height();
+    m_legend->setIconSize(kLegendIconWidth, height);
+    for (int index = 0; index < m_legend->itemCount(); ++index) {
+        // Or the descenders would be cut off.
+        m_legend->item(index)->setMinimumSize(0, height + kLegendSpace);
+    }
     m_legend->setTextColor(style.text);
     m_first->setColors(style.firstLayer, style.background);
     m_second->setColors(style.secondLayer, style.background);

@@ -12,11 +12,15 @@ namespace ork2 {
 namespace {
 
 // Wrapped only between the values, so that the window may be narrow.
-const QString kBetween = QStringLiteral(" &emsp;");
+const QString kBetween = QStringLiteral("&nbsp;&nbsp; ");
 
+// Lines may also be broken after a dash and a slash.
 QString unbroken(QString text)
 {
-    return text.replace(u' ', QChar::Nbsp);
+    constexpr QChar kWordJoiner(0x2060);
+    return text.replace(u' ', QChar::Nbsp)
+        .replace(u'–', QString(u'–') + kWordJoiner)
+        .replace(u'/', QString(u'/') + kWordJoiner);
 }
 
 // A height with its codes.
@@ -24,7 +28,8 @@ QString heightText(const QString &name, const TenMinutes &report, std::optional<
 {
     const QString value = height ? QStringLiteral("%1 м").arg(*height) : QStringLiteral("–");
     return QStringLiteral("%1:&nbsp;<b>%2</b>&nbsp; h&nbsp;=&nbsp;<b>%3</b>&nbsp; <b>%4</b>")
-        .arg(name, unbroken(value), figureText(report, height), groupText(report, height))
+        .arg(name, unbroken(value), unbroken(figureText(report, height)),
+            unbroken(groupText(report, height)))
         .replace(QStringLiteral("&nbsp; "), QStringLiteral("&nbsp;&nbsp;"));
 }
 
@@ -63,7 +68,7 @@ void ReportPanel::show(const TenMinutes &report)
     const QString minutes = unbroken(QStringLiteral("высота: %1 из 10 мин").arg(report.heights));
     const QStringList values{report.end == 0
             ? QStringLiteral("Последние десять минут")
-            : QStringLiteral("<b>%1</b>&nbsp;&nbsp;%2").arg(timeText(), minutes),
+            : QStringLiteral("<b>%1</b>&nbsp;&nbsp;%2").arg(unbroken(timeText()), minutes),
         heightText(QStringLiteral("Медиана"), report, report.median),
         heightText(QStringLiteral("Наименьшая"), report, report.lowest),
         QStringLiteral("Тенденция:&nbsp;<b>%1</b>").arg(unbroken(trendText(report)))};
