@@ -16,8 +16,8 @@ inline constexpr QChar kUnknownBaseFigure = u'/'; // not known, or below the sur
 
 // The cloud group of METAR for a measured base whose amount is not known: "///" for the amount and
 // the height in hundreds of feet, rounded down. 1 foot is 0.3048 m, so that a group never names a
-// greater height than the measured one; the regulation also permits to count in steps of 30 m, in
-// which 60 m are 002.
+// greater height than the measured one. The regulation speaks of steps of 30 m (100 ft), which
+// would make 002 of 60 m (196.9 ft).
 // Source: WMO-No. 306, Volume I.1, FM 15 METAR, regulations 15.9.1.1 (NCD), 15.9.1.5 (steps of 30 m
 // (100 ft), rounded down to the nearest lower step) and 15.9.1.7 ("///" for what an automatic
 // system does not observe).

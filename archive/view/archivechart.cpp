@@ -276,6 +276,9 @@ void ArchiveChart::setStyle(const ChartStyle &style)
 {
     const QPen pen(style.text);
     const QPen grid(style.grid, 0);
+    // In points, the device would scale it, and the painter of a page once more.
+    QFont textFont = font();
+    textFont.setPixelSize(QFontInfo(textFont).pixelSize());
     setBackground(style.background);
     for (QCPAxisRect *rect : {m_heights, m_bandRect}) {
         for (QCPAxis *axis : rect->axes()) {
@@ -284,8 +287,8 @@ void ArchiveChart::setStyle(const ChartStyle &style)
             axis->setSubTickPen(pen);
             axis->setTickLabelColor(style.text);
             axis->setLabelColor(style.text);
-            axis->setTickLabelFont(font());
-            axis->setLabelFont(font());
+            axis->setTickLabelFont(textFont);
+            axis->setLabelFont(textFont);
             axis->grid()->setPen(grid);
             axis->grid()->setZeroLinePen(grid);
         }
@@ -297,12 +300,12 @@ void ArchiveChart::setStyle(const ChartStyle &style)
             axis->setTickLabels(false);
         }
     }
-    QFont titleFont = font();
+    QFont titleFont = textFont;
     titleFont.setBold(true);
     m_title->setFont(titleFont);
     m_title->setTextColor(style.text);
-    m_legend->setFont(font());
-    const int height = QFontMetrics(font()).height();
+    m_legend->setFont(textFont);
+    const int height = QFontMetrics(textFont).height();
     m_legend->setIconSize(kLegendIconWidth, height);
     for (int index = 0; index < m_legend->itemCount(); ++index) {
         // Or the descenders would be cut off.

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void heightsAboveTheScale_areMarkedAtItsEdge();
     void codes_areNoHeights();
     void page_hasTheSizeOfThePaper();
+    void fonts_areInPixels();
 };
 
 void tst_archivechart::heights_areDrawnAtTheirPlace_data()
@@ -148,6 +149,16 @@ void tst_archivechart::page_hasTheSizeOfThePaper()
     // A4 in points, landscape.
     QVERIFY(pdf.data().contains("/MediaBox [0 0 842"));
     QCOMPARE(pdf.data().count("/Type /Page\n"), 1);
+}
+
+// A font in points would be scaled twice: by the resolution of the page and by its painter.
+void tst_archivechart::fonts_areInPixels()
+{
+    const ArchiveChart chart(samples::moscow());
+    for (const QCPAxis *axis : chart.axisRect(0)->axes() + chart.axisRect(1)->axes()) {
+        QVERIFY(axis->tickLabelFont().pixelSize() > 0);
+        QVERIFY(axis->labelFont().pixelSize() > 0);
+    }
 }
 
 QTEST_MAIN(tst_archivechart)
