@@ -100,13 +100,13 @@ void LayerPlottable::forEachColumn(const Grid &grid, Function function) const
     int column = std::numeric_limits<int>::min();
     const auto finish = [&] {
         rows.clear();
-        for (auto row = all.rbegin(); row != all.rend(); ++row) {
-            char &known = seen[static_cast<std::size_t>(*row)];
+        std::for_each(all.rbegin(), all.rend(), [&](int row) {
+            char &known = seen[static_cast<std::size_t>(row)];
             if (known == 0) {
-                rows.push_back(*row);
+                rows.push_back(row);
             }
             known = 1;
-        }
+        });
         for (const int row : rows) {
             seen[static_cast<std::size_t>(row)] = 0;
         }
